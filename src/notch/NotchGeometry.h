@@ -1,0 +1,42 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace navro {
+
+// What the geometry rule needs to know of one screen, in device-independent pixels with y
+// growing downwards. Linux screens report no camera housing (inset 0, no auxiliary areas).
+struct ScreenDescription {
+    std::string name;
+    int x = 0, y = 0, width = 0, height = 0; // the screen's frame
+    int availableX = 0, availableY = 0, availableWidth = 0, availableHeight = 0; // minus panels
+    int safeAreaTopInset = 0;
+    std::optional<int> auxiliaryTopLeftWidth;
+    std::optional<int> auxiliaryTopRightWidth;
+    bool isMain = false;
+
+    bool operator==(const ScreenDescription&) const = default;
+};
+
+struct NotchSize {
+    int width = 0;
+    int height = 0;
+    bool operator==(const NotchSize&) const = default;
+};
+
+struct NotchGeometry {
+    std::string screenName;
+    int screenX = 0, screenY = 0, screenWidth = 0, screenHeight = 0;
+    bool hasPhysicalNotch = false;
+    NotchSize closedSize;
+
+    bool operator==(const NotchGeometry&) const = default;
+};
+
+// The first screen with a camera housing, else the main screen, else the first; none if empty.
+std::optional<ScreenDescription> preferredScreen(const std::vector<ScreenDescription>& screens);
+NotchGeometry geometryFor(const ScreenDescription& screen);
+
+} // namespace navro
