@@ -1,0 +1,164 @@
+#include "platform/linux/DBusRemoteControl.h"
+
+#include "app/Log.h"
+
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QDBusReply>
+
+namespace navro {
+
+RemoteControlAdaptor::RemoteControlAdaptor(QObject* parent, RemoteControl& target)
+    : QDBusAbstractAdaptor(parent), target_(target)
+{
+}
+
+QVariantMap RemoteControlAdaptor::state() const
+{
+    return toVariantMap(target_.remoteState());
+}
+
+void RemoteControlAdaptor::Open(bool focus)
+{
+    target_.open(focus);
+}
+
+void RemoteControlAdaptor::Close()
+{
+    target_.close();
+}
+
+void RemoteControlAdaptor::Toggle()
+{
+    target_.toggle();
+}
+
+void RemoteControlAdaptor::ShowOnboarding()
+{
+    target_.showOnboarding();
+}
+
+void RemoteControlAdaptor::OpenSettings(const QString& page)
+{
+    target_.openSettings(page);
+}
+
+QVariantMap toVariantMap(const RemoteState& state)
+{
+    return {
+        {QStringLiteral("status"), state.status},
+        {QStringLiteral("selectedTab"), state.selectedTab},
+        {QStringLiteral("activityKind"), state.activityKind},
+        {QStringLiteral("notchEnabled"), state.notchEnabled},
+        {QStringLiteral("panelVisible"), state.panelVisible},
+        {QStringLiteral("language"), state.language},
+    };
+}
+
+DBusRemoteControl::DBusRemoteControl(QDBusConnection connection, RemoteControl& target)
+    : connection_(std::move(connection)), target_(target), published_(target.remoteState())
+{
+    if (!connection_.isConnected()) {
+        failure_ = connection_.lastError().message();
+        if (failure_.isEmpty()) {
+            failure_ = QStringLiteral("not connected");
+        }
+        return;
+    }
+    new RemoteControlAdaptor(this, target_);
+    // The object goes up before the name, so that a second launch that sees the name can
+    // already call it.
+    if (!connection_.registerObject(QString::fromLatin1(remoteObjectPath), this,
+                                    QDBusConnection::ExportAdaptors)) {
+        failure_ = QStringLiteral("could not register %1").arg(QLatin1String(remoteObjectPath));
+        return;
+    }
+    const QDBusReply<QDBusConnectionInterface::RegisterServiceReply> reply =
+        connection_.interface()->registerService(QString::fromLatin1(remoteServiceName),
+                                                 QDBusConnectionInterface::DontQueueService,
+                                                 QDBusConnectionInterface::DontAllowReplacement);
+    if (!reply.isValid()) {
+        failure_ = reply.error().message();
+    } else if (reply.value() == QDBusConnectionInterface::ServiceNotRegistered) {
+        outcome_ = Outcome::nameTaken;
+        failure_ =
+            QStringLiteral("%1 is owned by another process").arg(QLatin1String(remoteServiceName));
+    } else {
+        outcome_ = Outcome::published;
+        return;
+    }
+    connection_.unregisterObject(QString::fromLatin1(remoteObjectPath));
+}
+
+DBusRemoteControl::~DBusRemoteControl()
+{
+    if (outcome_ == Outcome::published) {
+        connection_.unregisterObject(QString::fromLatin1(remoteObjectPath));
+        connection_.interface()->unregisterService(QString::fromLatin1(remoteServiceName));
+    }
+}
+
+void DBusRemoteControl::stateChanged()
+{
+    const RemoteState current = target_.remoteState();
+    if (current == published_) {
+        return;
+    }
+    published_ = current;
+    if (outcome_ != Outcome::published) {
+        return;
+    }
+    QDBusMessage signal = QDBusMessage::createSignal(
+        QString::fromLatin1(remoteObjectPath), QStringLiteral("org.freedesktop.DBus.Properties"),
+        QStringLiteral("PropertiesChanged"));
+    signal << QString::fromLatin1(remoteInterfaceName)
+           << QVariantMap{{QStringLiteral("State"), toVariantMap(current)}} << QStringList();
+    connection_.send(signal);
+}
+
+bool handOverToRunningInstance(QDBusConnection connection)
+{
+    if (!connection.isConnected()) {
+        return false;
+    }
+    const QDBusReply<bool> owned =
+        connection.interface()->isServiceRegistered(QString::fromLatin1(remoteServiceName));
+    if (!owned.isValid() || !owned.value()) {
+        return false;
+    }
+    QDBusMessage call = QDBusMessage::createMethodCall(
+        QString::fromLatin1(remoteServiceName), QString::fromLatin1(remoteObjectPath),
+        QString::fromLatin1(remoteInterfaceName), QStringLiteral("Open"));
+    call << true;
+    // The event loop keeps turning while we wait, so a running instance in this very process
+    // (tests) can answer.
+    const QDBusMessage reply = connection.call(call, QDBus::BlockWithGui, 5000);
+    if (reply.type() == QDBusMessage::ErrorMessage) {
+        logLine("could not reach the running Navro: " + reply.errorMessage().toStdString());
+        return false;
+    }
+    return true;
+}
+
+std::unique_ptr<RemoteControlPublisher> publishRemoteControl(QDBusConnection connection,
+                                                             RemoteControl& target)
+{
+    auto control = std::make_unique<DBusRemoteControl>(std::move(connection), target);
+    if (control->outcome() != DBusRemoteControl::Outcome::published) {
+        logLine("remote control unavailable: " + control->failure().toStdString());
+        return nullptr;
+    }
+    return control;
+}
+
+bool handOverToRunningInstance()
+{
+    return handOverToRunningInstance(QDBusConnection::sessionBus());
+}
+
+std::unique_ptr<RemoteControlPublisher> publishRemoteControl(RemoteControl& target)
+{
+    return publishRemoteControl(QDBusConnection::sessionBus(), target);
+}
+
+} // namespace navro

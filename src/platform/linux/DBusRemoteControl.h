@@ -1,0 +1,67 @@
+#pragma once
+
+#include "app/RemoteControl.h"
+
+#include <QDBusAbstractAdaptor>
+#include <QDBusConnection>
+#include <QVariantMap>
+
+namespace navro {
+
+inline constexpr auto remoteServiceName = "io.navro.Navro";
+inline constexpr auto remoteObjectPath = "/io/navro/Navro";
+inline constexpr auto remoteInterfaceName = "io.navro.Navro";
+
+// The io.navro.Navro interface as seen on the bus; forwards every call to the RemoteControl.
+class RemoteControlAdaptor final : public QDBusAbstractAdaptor {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "io.navro.Navro")
+    Q_PROPERTY(QVariantMap State READ state)
+
+public:
+    RemoteControlAdaptor(QObject* parent, RemoteControl& target);
+
+    QVariantMap state() const;
+
+public slots:
+    void Open(bool focus);
+    void Close();
+    void Toggle();
+    void ShowOnboarding();
+    void OpenSettings(const QString& page);
+
+private:
+    RemoteControl& target_;
+};
+
+QVariantMap toVariantMap(const RemoteState& state);
+
+// Owns the bus name and the object for as long as it lives.
+class DBusRemoteControl final : public QObject, public RemoteControlPublisher {
+    Q_OBJECT
+
+public:
+    enum class Outcome { published, nameTaken, failed };
+
+    DBusRemoteControl(QDBusConnection connection, RemoteControl& target);
+    ~DBusRemoteControl() override;
+
+    Outcome outcome() const { return outcome_; }
+    QString failure() const { return failure_; }
+
+    void stateChanged() override;
+
+private:
+    QDBusConnection connection_;
+    RemoteControl& target_;
+    RemoteState published_;
+    Outcome outcome_ = Outcome::failed;
+    QString failure_;
+};
+
+// Both take the connection so that tests can use a bus of their own.
+bool handOverToRunningInstance(QDBusConnection connection);
+std::unique_ptr<RemoteControlPublisher> publishRemoteControl(QDBusConnection connection,
+                                                             RemoteControl& target);
+
+} // namespace navro
