@@ -1,0 +1,106 @@
+#include "notch/NotchTab.h"
+
+#include <algorithm>
+
+namespace navro {
+
+std::string_view rawValue(NotchTab tab)
+{
+    switch (tab) {
+    case NotchTab::home:
+        return "home";
+    case NotchTab::nowPlaying:
+        return "nowPlaying";
+    case NotchTab::calendar:
+        return "calendar";
+    case NotchTab::timer:
+        return "timer";
+    case NotchTab::notes:
+        return "notes";
+    case NotchTab::clipboard:
+        return "clipboard";
+    case NotchTab::capture:
+        return "capture";
+    case NotchTab::shelf:
+        return "shelf";
+    case NotchTab::devices:
+        return "devices";
+    case NotchTab::prayer:
+        return "prayer";
+    }
+    return "home";
+}
+
+BilingualText title(NotchTab tab)
+{
+    switch (tab) {
+    case NotchTab::home:
+        return {"Home", "الرئيسية"};
+    case NotchTab::nowPlaying:
+        return {"Music", "الموسيقى"};
+    case NotchTab::calendar:
+        return {"Calendar", "التقويم"};
+    case NotchTab::timer:
+        return {"Timer", "المؤقت"};
+    case NotchTab::notes:
+        return {"Notes", "الملاحظات"};
+    case NotchTab::clipboard:
+        return {"Clipboard", "الحافظة"};
+    case NotchTab::capture:
+        return {"Capture", "التقاط"};
+    case NotchTab::shelf:
+        return {"Shelf", "الرف"};
+    case NotchTab::devices:
+        return {"Devices", "الأجهزة"};
+    case NotchTab::prayer:
+        return {"Prayer", "الصلاة"};
+    }
+    return {"Home", "الرئيسية"};
+}
+
+std::string_view symbol(NotchTab tab)
+{
+    switch (tab) {
+    case NotchTab::home:
+        return "house";
+    case NotchTab::nowPlaying:
+        return "music.note";
+    case NotchTab::calendar:
+        return "calendar";
+    case NotchTab::timer:
+        return "timer";
+    case NotchTab::notes:
+        return "checklist";
+    case NotchTab::clipboard:
+        return "doc.on.clipboard";
+    case NotchTab::capture:
+        return "camera.viewfinder";
+    case NotchTab::shelf:
+        return "tray";
+    case NotchTab::devices:
+        return "battery.75percent";
+    case NotchTab::prayer:
+        return "moon.stars";
+    }
+    return "house";
+}
+
+std::optional<NotchTab> notchTabFromRaw(std::string_view raw)
+{
+    auto found = std::find_if(allNotchTabs.begin(), allNotchTabs.end(),
+                              [&](NotchTab tab) { return rawValue(tab) == raw; });
+    if (found == allNotchTabs.end())
+        return std::nullopt;
+    return *found;
+}
+
+std::vector<NotchTab> visibleTabs()
+{
+    // The prayer tab is reached from the prayer activity, never from the bar.
+    std::vector<NotchTab> tabs;
+    std::copy_if(allNotchTabs.begin(), allNotchTabs.end(), std::back_inserter(tabs),
+                 [](NotchTab tab) { return tab != NotchTab::prayer; });
+    return tabs;
+}
+
+} // namespace navro

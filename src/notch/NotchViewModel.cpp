@@ -1,0 +1,278 @@
+#include "notch/NotchViewModel.h"
+
+#include "app/AppSettings.h"
+#include "app/Log.h"
+#include "notch/ActivityCenter.h"
+#include "notch/ActivityVariant.h"
+
+#include <cmath>
+
+namespace navro {
+namespace {
+
+constexpr double fallbackHoverDelay = 0.15;
+
+// How far the closed notch grows on each side to make room for an activity's leading and
+// trailing content: texts need more than a symbol or the music bars.
+int activitySideWidth(ClosedActivity::Kind kind)
+{
+    switch (kind) {
+    case ClosedActivity::Kind::toast:
+        return 110;
+    case ClosedActivity::Kind::meeting:
+        return 100;
+    case ClosedActivity::Kind::prayerSoon:
+    case ClosedActivity::Kind::prayerNow:
+        return 70;
+    case ClosedActivity::Kind::timer:
+        return 60;
+    case ClosedActivity::Kind::recording:
+    case ClosedActivity::Kind::transfer:
+    case ClosedActivity::Kind::music:
+        return 40;
+    }
+    return 0;
+}
+
+QString text(std::string_view value)
+{
+    return QString::fromUtf8(value.data(), qsizetype(value.size()));
+}
+
+} // namespace
+
+NotchViewModel::NotchViewModel(Clock& clock, const AppSettings& settings, QObject* parent)
+    : QObject(parent), clock_(clock), settings_(settings), openTask_(clock.makeSlot()),
+      closeTask_(clock.makeSlot())
+{
+}
+
+NotchViewModel::~NotchViewModel() = default;
+
+QString NotchViewModel::statusRaw() const
+{
+    return isOpen() ? QStringLiteral("open") : QStringLiteral("closed");
+}
+
+void NotchViewModel::setSelectedTab(NotchTab tab)
+{
+    if (selectedTab_ == tab)
+        return;
+    selectedTab_ = tab;
+    emit selectedTabChanged();
+}
+
+QString NotchViewModel::selectedTabRaw() const
+{
+    return text(rawValue(selectedTab_));
+}
+
+void NotchViewModel::setSelectedTabRaw(const QString& raw)
+{
+    if (auto tab = notchTabFromRaw(raw.toStdString()))
+        setSelectedTab(*tab);
+    else
+        logLine("no notch tab is named \"" + raw.toStdString() + "\"; keeping the current tab");
+}
+
+void NotchViewModel::setHovering(bool hovering)
+{
+    if (isHovering_ == hovering)
+        return;
+    isHovering_ = hovering;
+    emit isHoveringChanged();
+}
+
+void NotchViewModel::setDropTargeted(bool targeted)
+{
+    if (isDropTargeted_ == targeted)
+        return;
+    isDropTargeted_ = targeted;
+    emit isDropTargetedChanged();
+}
+
+void NotchViewModel::setActivity(std::optional<ClosedActivity> activity)
+{
+    if (activity_ == activity)
+        return;
+    const int widthBefore = closedWidth();
+    activity_ = std::move(activity);
+    emit activityChanged();
+    if (closedWidth() != widthBefore)
+        emit closedSizeChanged();
+}
+
+QVariantMap NotchViewModel::activityMap() const
+{
+    return toVariantMap(activity_);
+}
+
+void NotchViewModel::mirror(const ActivityCenter& center)
+{
+    disconnect(mirrorConnection_);
+    mirrorConnection_ = connect(&center, &ActivityCenter::currentChanged, this,
+                                [this, &center] { setActivity(center.current()); });
+    setActivity(center.current());
+}
+
+void NotchViewModel::setThemeWave(const QVariantMap& wave)
+{
+    if (themeWave_ == wave)
+        return;
+    themeWave_ = wave;
+    emit themeWaveChanged();
+}
+
+void NotchViewModel::setGeometry(const NotchGeometry& geometry)
+{
+    if (geometry_ == geometry)
+        return;
+    const bool sizeChanged = geometry_.closedSize != geometry.closedSize ||
+                             geometry_.screenX != geometry.screenX ||
+                             geometry_.screenWidth != geometry.screenWidth;
+    geometry_ = geometry;
+    emit geometryChanged();
+    if (sizeChanged)
+        emit closedSizeChanged();
+}
+
+int NotchViewModel::closedWidth() const
+{
+    const int width = geometry_.closedSize.width;
+    return activity_ ? width + 2 * activitySideWidth(activity_->kind()) : width;
+}
+
+QRect NotchViewModel::closedRect() const
+{
+    const int width = closedWidth();
+    return {geometry_.screenX + (geometry_.screenWidth - width) / 2, geometry_.screenY, width,
+            closedHeight()};
+}
+
+QRect NotchViewModel::openRect() const
+{
+    return {geometry_.screenX + (geometry_.screenWidth - openWidth) / 2, geometry_.screenY,
+            openWidth, openHeight};
+}
+
+QRect NotchViewModel::hotZoneRect() const
+{
+    const QRect drawn = isOpen() ? openRect() : closedRect();
+    return drawn.adjusted(-hotZoneMargin, 0, hotZoneMargin, hotZoneMargin);
+}
+
+QVariantList NotchViewModel::visibleTabList() const
+{
+    QVariantList list;
+    for (NotchTab tab : visibleTabs()) {
+        list.append(QVariantMap{{QStringLiteral("id"), text(rawValue(tab))},
+                                {QStringLiteral("titleEnglish"), text(title(tab).english)},
+                                {QStringLiteral("titleArabic"), text(title(tab).arabic)},
+                                {QStringLiteral("symbol"), text(symbol(tab))}});
+    }
+    return list;
+}
+
+void NotchViewModel::open(bool byHover, bool focus)
+{
+    if (isOpen())
+        return;
+    openedByHover_ = byHover;
+    // The flag cleared here is isHovering, not isDropTargeted. isHovering is the closed notch's
+    // "pointer resting on it" feedback; once open it has served its purpose, and the window
+    // switches how it receives pointer events at this moment, so the leave event that would
+    // clear it may never come and the notch would close again still looking hovered. The
+    // controller sets it afresh on the next pointer move. isDropTargeted must survive: a file
+    // dragged onto the notch opens it so that the shelf can take the drop, and the highlight has
+    // to stay while that drag is still in flight.
+    setHovering(false);
+    if (activity_) {
+        switch (activity_->kind()) {
+        case ClosedActivity::Kind::meeting:
+            setSelectedTab(NotchTab::calendar);
+            break;
+        case ClosedActivity::Kind::recording:
+            setSelectedTab(NotchTab::capture);
+            break;
+        case ClosedActivity::Kind::timer:
+            setSelectedTab(NotchTab::timer);
+            break;
+        default:
+            break;
+        }
+    }
+    cancelScheduled();
+    status_ = NotchStatus::open;
+    emit statusChanged();
+    emit closedSizeChanged(); // the hot zone follows the status
+    if (onStatusChange)
+        onStatusChange(NotchStatus::open, focus);
+}
+
+void NotchViewModel::close()
+{
+    if (!isOpen())
+        return;
+    cancelScheduled();
+    status_ = NotchStatus::closed;
+    emit statusChanged();
+    emit closedSizeChanged();
+    if (onStatusChange)
+        onStatusChange(NotchStatus::closed, false);
+}
+
+void NotchViewModel::openSettings()
+{
+    if (onOpenSettings)
+        onOpenSettings();
+    else
+        logLine("the settings were asked for before anything could show them");
+}
+
+void NotchViewModel::scheduleOpen()
+{
+    double delay = settings_.hoverDelay();
+    if (!std::isfinite(delay) || delay < 0) {
+        logLine("hoverDelay " + std::to_string(delay) + " is not a usable wait; using 0.15 s");
+        delay = fallbackHoverDelay;
+    }
+    // A wait longer than a minute is no hover any more; it also keeps the conversion in range.
+    delay = std::min(delay, 60.0);
+    openTask_->schedule(seconds(delay), [this] {
+        if (pointerIsInHotZone())
+            open(true, false);
+    });
+}
+
+void NotchViewModel::scheduleClose()
+{
+    closeTask_->schedule(closeDelay, [this] { close(); });
+}
+
+void NotchViewModel::cancelScheduled()
+{
+    openTask_->cancel();
+    closeTask_->cancel();
+}
+
+bool NotchViewModel::isOpenScheduled() const
+{
+    return openTask_->isPending();
+}
+
+bool NotchViewModel::isCloseScheduled() const
+{
+    return closeTask_->isPending();
+}
+
+bool NotchViewModel::pointerIsInHotZone() const
+{
+    if (!pointer_) {
+        logLine("a hover open fell due with no pointer to check; staying closed");
+        return false;
+    }
+    const auto position = pointer_->pointerPosition();
+    return position && pointer_->hotZone().contains(*position);
+}
+
+} // namespace navro
