@@ -1,0 +1,270 @@
+#include "platform/linux/DBusRemoteControl.h"
+
+#include "app/Log.h"
+
+#include <QCoreApplication>
+#include <QDBusArgument>
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QDBusPendingCall>
+#include <QDBusPendingCallWatcher>
+#include <QDBusVariant>
+#include <QDeadlineTimer>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+namespace navro {
+namespace {
+
+QCoreApplication& application()
+{
+    static int argc = 1;
+    static char name[] = "dbus_tests";
+    static char* argv[] = {name, nullptr};
+    static QCoreApplication app(argc, argv);
+    return app;
+}
+
+template <typename Predicate> bool waitFor(Predicate done, int milliseconds = 10000)
+{
+    QDeadlineTimer deadline(milliseconds);
+    while (!done() && !deadline.hasExpired()) {
+        application().processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 50);
+    }
+    return done();
+}
+
+class RecordingTarget final : public RemoteControl {
+public:
+    void open(bool focus) override { calls << QString("open(%1)").arg(focus); }
+    void close() override { calls << "close"; }
+    void toggle() override { calls << "toggle"; }
+    void showOnboarding() override { calls << "showOnboarding"; }
+    void openSettings(const QString& page) override { calls << "openSettings(" + page + ")"; }
+    RemoteState remoteState() const override { return state; }
+
+    QStringList calls;
+    RemoteState state;
+};
+
+// A private session bus for the whole suite, so that nothing reaches the user's own.
+class PrivateBus {
+public:
+    PrivateBus()
+    {
+        daemon_.setProgram("dbus-daemon");
+        daemon_.setArguments({"--session", "--nofork", "--nopidfile", "--print-address=1",
+                              "--address=unix:path=" + folder_.filePath("bus")});
+        daemon_.setStandardErrorFile(QProcess::nullDevice());
+        daemon_.start();
+        QDeadlineTimer deadline(10000);
+        while (!address_.contains('\n') && !deadline.hasExpired() &&
+               daemon_.state() != QProcess::NotRunning) {
+            daemon_.waitForReadyRead(100);
+            address_ += daemon_.readAllStandardOutput();
+        }
+        address_ = address_.trimmed();
+    }
+    ~PrivateBus()
+    {
+        daemon_.terminate();
+        daemon_.waitForFinished(5000);
+    }
+    QString address() const { return QString::fromUtf8(address_); }
+
+private:
+    QTemporaryDir folder_;
+    QProcess daemon_;
+    QByteArray address_;
+};
+
+PrivateBus& bus()
+{
+    application();
+    static PrivateBus instance;
+    return instance;
+}
+
+int connectionCount = 0;
+
+QDBusConnection connect()
+{
+    return QDBusConnection::connectToBus(bus().address(),
+                                         QString("test-%1").arg(++connectionCount));
+}
+
+// A call answered by this very process must not block the loop that answers it.
+QDBusMessage callAndWait(QDBusConnection& connection, const QDBusMessage& message)
+{
+    QDBusPendingCall pending = connection.asyncCall(message, 5000);
+    waitFor([&] { return pending.isFinished(); });
+    return pending.reply();
+}
+
+QDBusMessage method(const QString& name, const QVariantList& arguments = {})
+{
+    auto message = QDBusMessage::createMethodCall(remoteServiceName, remoteObjectPath,
+                                                  remoteInterfaceName, name);
+    message.setArguments(arguments);
+    return message;
+}
+
+QVariantMap readState(QDBusConnection& connection)
+{
+    auto get = QDBusMessage::createMethodCall(remoteServiceName, remoteObjectPath,
+                                              "org.freedesktop.DBus.Properties", "Get");
+    get << QString(remoteInterfaceName) << QString("State");
+    const QDBusMessage reply = callAndWait(connection, get);
+    if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty()) {
+        ADD_FAILURE() << reply.errorMessage().toStdString();
+        return {};
+    }
+    const QVariant inner = reply.arguments().at(0).value<QDBusVariant>().variant();
+    return qdbus_cast<QVariantMap>(inner);
+}
+
+// Collects PropertiesChanged signals of the remote object.
+class SignalRecorder : public QObject {
+    Q_OBJECT
+public:
+    QList<QVariantMap> states;
+    QStringList interfaces;
+public slots:
+    void changed(const QString& interface, const QVariantMap& changed, const QStringList&)
+    {
+        interfaces << interface;
+        states << qdbus_cast<QVariantMap>(changed.value("State"));
+    }
+};
+
+class DBusRemoteControlTest : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        ASSERT_FALSE(bus().address().isEmpty()) << "dbus-daemon did not start";
+    }
+};
+
+TEST_F(DBusRemoteControlTest, MethodsReachTheTargetFromAnotherConnection)
+{
+    RecordingTarget target;
+    auto publisher = publishRemoteControl(connect(), target);
+    ASSERT_NE(publisher, nullptr);
+    QDBusConnection client = connect();
+
+    for (const QDBusMessage& message :
+         {method("Open", {true}), method("Open", {false}), method("Close"), method("Toggle"),
+          method("ShowOnboarding"), method("OpenSettings", {QString("about")})}) {
+        const QDBusMessage reply = callAndWait(client, message);
+        EXPECT_EQ(reply.type(), QDBusMessage::ReplyMessage) << reply.errorMessage().toStdString();
+    }
+    EXPECT_EQ(target.calls, (QStringList{"open(1)", "open(0)", "close", "toggle", "showOnboarding",
+                                         "openSettings(about)"}));
+
+    const QDBusMessage wrong = callAndWait(client, method("Open", {QString("yes")}));
+    EXPECT_EQ(wrong.type(), QDBusMessage::ErrorMessage) << "Open takes a boolean";
+    EXPECT_EQ(target.calls.size(), 6);
+}
+
+TEST_F(DBusRemoteControlTest, StatePropertyMirrorsTheTargetAndIsReadOnly)
+{
+    RecordingTarget target;
+    target.state = {"open", "prayer", "timer", false, true, "arabic"};
+    auto publisher = publishRemoteControl(connect(), target);
+    ASSERT_NE(publisher, nullptr);
+    QDBusConnection client = connect();
+
+    const QVariantMap state = readState(client);
+    EXPECT_EQ(state.value("status").toString(), "open");
+    EXPECT_EQ(state.value("selectedTab").toString(), "prayer");
+    EXPECT_EQ(state.value("activityKind").toString(), "timer");
+    EXPECT_EQ(state.value("notchEnabled").toBool(), false);
+    EXPECT_EQ(state.value("panelVisible").toBool(), true);
+    EXPECT_EQ(state.value("language").toString(), "arabic");
+    EXPECT_EQ(state.size(), 6);
+
+    auto set = QDBusMessage::createMethodCall(remoteServiceName, remoteObjectPath,
+                                              "org.freedesktop.DBus.Properties", "Set");
+    set << QString(remoteInterfaceName) << QString("State")
+        << QVariant::fromValue(QDBusVariant(QVariantMap{{"status", "closed"}}));
+    EXPECT_EQ(callAndWait(client, set).type(), QDBusMessage::ErrorMessage);
+    EXPECT_EQ(readState(client).value("status").toString(), "open");
+}
+
+TEST_F(DBusRemoteControlTest, PropertiesChangedOnlyForRealChanges)
+{
+    RecordingTarget target;
+    auto publisher = publishRemoteControl(connect(), target);
+    ASSERT_NE(publisher, nullptr);
+    QDBusConnection client = connect();
+    SignalRecorder recorder;
+    ASSERT_TRUE(client.connect(remoteServiceName, remoteObjectPath,
+                               "org.freedesktop.DBus.Properties", "PropertiesChanged", &recorder,
+                               SLOT(changed(QString, QVariantMap, QStringList))));
+    // The match rule is in place once a round trip through the bus has completed.
+    readState(client);
+
+    publisher->stateChanged(); // nothing differs: no signal
+    target.state.status = "open";
+    publisher->stateChanged();
+    publisher->stateChanged(); // again nothing new
+    target.state.language = "arabic";
+    publisher->stateChanged();
+
+    ASSERT_TRUE(waitFor([&] { return recorder.states.size() >= 2; }));
+    // Signals arrive in order, so a stray one would show up before the second real one.
+    readState(client);
+    application().processEvents();
+    ASSERT_EQ(recorder.states.size(), 2);
+    EXPECT_EQ(recorder.interfaces, (QStringList{remoteInterfaceName, remoteInterfaceName}));
+    EXPECT_EQ(recorder.states[0].value("status").toString(), "open");
+    EXPECT_EQ(recorder.states[0].value("language").toString(), "english");
+    EXPECT_EQ(recorder.states[1].value("language").toString(), "arabic");
+}
+
+TEST_F(DBusRemoteControlTest, SecondLaunchHandsOverToTheFirstAndCannotTakeTheName)
+{
+    QDBusConnection client = connect();
+    EXPECT_FALSE(handOverToRunningInstance(client)) << "nobody runs yet";
+
+    RecordingTarget first;
+    auto publisher = publishRemoteControl(connect(), first);
+    ASSERT_NE(publisher, nullptr);
+
+    EXPECT_TRUE(handOverToRunningInstance(client));
+    EXPECT_EQ(first.calls, QStringList{"open(1)"});
+
+    CapturingLogSink log;
+    RecordingTarget second;
+    DBusRemoteControl rival(connect(), second);
+    EXPECT_EQ(rival.outcome(), DBusRemoteControl::Outcome::nameTaken);
+    EXPECT_TRUE(callAndWait(client, method("Toggle")).type() == QDBusMessage::ReplyMessage);
+    EXPECT_EQ(first.calls.last(), "toggle");
+    EXPECT_TRUE(second.calls.isEmpty());
+    EXPECT_TRUE(log.lines.empty()) << "the rival only reports; main() decides what to say";
+
+    publisher.reset();
+    EXPECT_TRUE(waitFor([&] {
+        return !client.interface()->isServiceRegistered(remoteServiceName).value();
+    })) << "the name is released with the publisher";
+    EXPECT_FALSE(handOverToRunningInstance(client));
+}
+
+TEST_F(DBusRemoteControlTest, WithoutABusNavroRunsOnAfterOneLogLine)
+{
+    QTemporaryDir folder;
+    CapturingLogSink log;
+    RecordingTarget target;
+    QDBusConnection nowhere =
+        QDBusConnection::connectToBus("unix:path=" + folder.filePath("no-bus-here"), "nowhere");
+    EXPECT_FALSE(handOverToRunningInstance(nowhere));
+    EXPECT_EQ(publishRemoteControl(nowhere, target), nullptr);
+    ASSERT_EQ(log.lines.size(), 1u);
+    EXPECT_EQ(log.lines[0].rfind("Navro: remote control unavailable: ", 0), 0u) << log.lines[0];
+}
+
+} // namespace
+} // namespace navro
+
+#include "DBusRemoteControlTest.moc"

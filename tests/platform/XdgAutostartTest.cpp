@@ -1,0 +1,142 @@
+#include "platform/linux/XdgAutostart.h"
+
+#include "app/Log.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+namespace navro {
+namespace {
+
+QString readAll(const QString& path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        return {};
+    }
+    return QString::fromUtf8(file.readAll());
+}
+
+void writeFile(const QString& path, const QByteArray& contents)
+{
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(contents);
+}
+
+class XdgAutostartTest : public ::testing::Test {
+protected:
+    QTemporaryDir home;
+    QString configHome() const { return home.filePath("config"); }
+    QString entry() const { return configHome() + "/autostart/navro.desktop"; }
+};
+
+TEST_F(XdgAutostartTest, EnableWritesAnEntryForTheProgramAndDisableRemovesIt)
+{
+    ASSERT_TRUE(home.isValid());
+    XdgAutostart item("/opt/navro/bin/navro", configHome());
+    EXPECT_EQ(item.entryPath(), entry());
+    EXPECT_FALSE(item.isEnabled());
+
+    ASSERT_EQ(item.setEnabled(true), std::nullopt);
+    EXPECT_TRUE(item.isEnabled());
+    const QString contents = readAll(entry());
+    EXPECT_TRUE(contents.startsWith("[Desktop Entry]\n"));
+    EXPECT_TRUE(contents.contains("\nType=Application\n"));
+    EXPECT_TRUE(contents.contains("\nName=Navro\n"));
+    EXPECT_TRUE(contents.contains("\nExec=/opt/navro/bin/navro\n"));
+    EXPECT_EQ(QDir(configHome() + "/autostart").entryList(QDir::Files | QDir::Hidden),
+              QStringList{"navro.desktop"})
+        << "the atomic write leaves no temporary file behind";
+
+    ASSERT_EQ(item.setEnabled(true), std::nullopt) << "enabling twice is harmless";
+    ASSERT_EQ(item.setEnabled(false), std::nullopt);
+    EXPECT_FALSE(QFile::exists(entry()));
+    EXPECT_FALSE(item.isEnabled());
+    EXPECT_EQ(item.setEnabled(false), std::nullopt) << "disabling what is absent is no failure";
+}
+
+TEST_F(XdgAutostartTest, ConfigHomeComesFromTheEnvironmentWhenAbsolute)
+{
+    ASSERT_TRUE(home.isValid());
+    const QByteArray saved = qgetenv("XDG_CONFIG_HOME");
+    const QByteArray savedHome = qgetenv("HOME");
+    qputenv("XDG_CONFIG_HOME", configHome().toUtf8());
+    EXPECT_EQ(XdgAutostart("/usr/bin/navro").entryPath(), entry());
+    qputenv("XDG_CONFIG_HOME", "relative/config");
+    qputenv("HOME", home.path().toUtf8());
+    EXPECT_EQ(XdgAutostart("/usr/bin/navro").entryPath(),
+              home.path() + "/.config/autostart/navro.desktop");
+    qunsetenv("XDG_CONFIG_HOME");
+    EXPECT_EQ(XdgAutostart("/usr/bin/navro").entryPath(),
+              home.path() + "/.config/autostart/navro.desktop");
+    qputenv("HOME", savedHome);
+    if (saved.isNull()) {
+        qunsetenv("XDG_CONFIG_HOME");
+    } else {
+        qputenv("XDG_CONFIG_HOME", saved);
+    }
+}
+
+TEST_F(XdgAutostartTest, ExecQuotesAndEscapesReservedCharacters)
+{
+    EXPECT_EQ(XdgAutostart::execArgument("/usr/bin/navro"), "/usr/bin/navro");
+    EXPECT_EQ(XdgAutostart::execArgument("/home/u/My Apps/navro"), "\"/home/u/My Apps/navro\"");
+    EXPECT_EQ(XdgAutostart::execArgument("/opt/100%/navro"), "/opt/100%%/navro");
+    // Inside quotes $ becomes \$, and the string-value escaping doubles that backslash.
+    EXPECT_EQ(XdgAutostart::execArgument("/opt/$x/navro"), "\"/opt/\\\\$x/navro\"");
+    EXPECT_EQ(XdgAutostart::execArgument("/opt/a\"b/navro"), "\"/opt/a\\\\\"b/navro\"");
+}
+
+TEST_F(XdgAutostartTest, EntryHiddenByTheUserReadsAsDisabled)
+{
+    ASSERT_TRUE(home.isValid());
+    XdgAutostart item("/usr/bin/navro", configHome());
+    ASSERT_EQ(item.setEnabled(true), std::nullopt);
+    writeFile(entry(), "[Desktop Entry]\nType=Application\nExec=/usr/bin/navro\nHidden=true\n");
+    EXPECT_FALSE(item.isEnabled());
+    writeFile(entry(), "[Desktop Entry]\nExec=navro\n[Desktop Action x]\nHidden=true\n");
+    EXPECT_TRUE(item.isEnabled()) << "only the main group counts";
+    ASSERT_EQ(item.setEnabled(true), std::nullopt);
+    EXPECT_TRUE(item.isEnabled()) << "enabling again rewrites the hidden entry";
+}
+
+TEST_F(XdgAutostartTest, UnwritableLocationsFailWithAReasonAndChangeNothing)
+{
+    ASSERT_TRUE(home.isValid());
+    // A plain file where the folder should be stops even root, unlike permission bits.
+    ASSERT_TRUE(QDir().mkpath(configHome()));
+    writeFile(configHome() + "/autostart", "not a folder");
+    XdgAutostart blocked("/usr/bin/navro", configHome());
+    const auto failure = blocked.setEnabled(true);
+    ASSERT_TRUE(failure.has_value());
+    EXPECT_TRUE(failure->contains(configHome() + "/autostart")) << failure->toStdString();
+    EXPECT_EQ(readAll(configHome() + "/autostart"), "not a folder");
+
+    // A folder in place of the entry cannot be removed as a file.
+    QTemporaryDir other;
+    ASSERT_TRUE(QDir().mkpath(other.filePath("autostart/navro.desktop/inside")));
+    XdgAutostart stuck("/usr/bin/navro", other.path());
+    const auto removal = stuck.setEnabled(false);
+    ASSERT_TRUE(removal.has_value());
+    EXPECT_TRUE(QDir(other.filePath("autostart/navro.desktop")).exists());
+}
+
+TEST_F(XdgAutostartTest, LaunchAtLoginLogsTheFailureOfTheRealItem)
+{
+    ASSERT_TRUE(home.isValid());
+    ASSERT_TRUE(QDir().mkpath(configHome()));
+    writeFile(configHome() + "/autostart", "");
+    CapturingLogSink log;
+    LaunchAtLogin launch(std::make_unique<XdgAutostart>("/usr/bin/navro", configHome()));
+    launch.set(true);
+    EXPECT_FALSE(launch.isEnabled());
+    ASSERT_EQ(log.lines.size(), 1u);
+    EXPECT_EQ(log.lines[0].rfind("Navro: launch at login change failed: could not create", 0), 0u)
+        << log.lines[0];
+}
+
+} // namespace
+} // namespace navro
