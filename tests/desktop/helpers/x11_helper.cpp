@@ -1,0 +1,103 @@
+// Small X clients the desktop tests need and no Debian tool provides:
+//   owner ATOM              exit 0 when the selection ATOM has an owner (readiness of a
+//                           compositor, a tray host), 1 otherwise
+//   grab-key                hold Control+Alt+L like a rival program; prints "grabbed" (or "failed"
+//                           and exits 1), then "pressed" on every press it receives
+//   clickpad X Y W H        an unmanaged window there; prints "mapped", then "click X Y" (root
+//                           coordinates) on every button press it receives
+#include <X11/Xlib.h>
+#include <X11/keysym.h>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <initializer_list>
+
+namespace {
+
+bool grabFailed = false;
+
+int recordError(Display*, XErrorEvent* error)
+{
+    if (error->error_code == BadAccess) {
+        grabFailed = true;
+    }
+    return 0;
+}
+
+int owner(Display* display, const char* name)
+{
+    const Atom atom = XInternAtom(display, name, False);
+    return XGetSelectionOwner(display, atom) != None ? 0 : 1;
+}
+
+int grabKey(Display* display)
+{
+    const Window root = DefaultRootWindow(display);
+    const KeyCode key = XKeysymToKeycode(display, XK_l);
+    XSetErrorHandler(recordError);
+    for (unsigned locks :
+         {0u, unsigned(Mod2Mask), unsigned(LockMask), unsigned(Mod2Mask | LockMask)}) {
+        XGrabKey(display, key, ControlMask | Mod1Mask | locks, root, False, GrabModeAsync,
+                 GrabModeAsync);
+    }
+    XSync(display, False);
+    if (grabFailed) {
+        std::puts("failed");
+        return 1;
+    }
+    std::puts("grabbed");
+    std::fflush(stdout);
+    for (;;) {
+        XEvent event;
+        XNextEvent(display, &event);
+        if (event.type == KeyPress) {
+            std::puts("pressed");
+            std::fflush(stdout);
+        }
+    }
+}
+
+int clickpad(Display* display, int x, int y, unsigned width, unsigned height)
+{
+    XSetWindowAttributes attributes{};
+    attributes.override_redirect = True;
+    attributes.background_pixel = 0x808080;
+    attributes.event_mask = ButtonPressMask | StructureNotifyMask;
+    const Window window = XCreateWindow(
+        display, DefaultRootWindow(display), x, y, width, height, 0, CopyFromParent, InputOutput,
+        CopyFromParent, CWOverrideRedirect | CWBackPixel | CWEventMask, &attributes);
+    XMapWindow(display, window);
+    for (;;) {
+        XEvent event;
+        XNextEvent(display, &event);
+        if (event.type == MapNotify) {
+            std::puts("mapped");
+        } else if (event.type == ButtonPress) {
+            std::printf("click %d %d\n", event.xbutton.x_root, event.xbutton.y_root);
+        }
+        std::fflush(stdout);
+    }
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    Display* display = XOpenDisplay(nullptr);
+    if (!display) {
+        std::fprintf(stderr, "x11_helper: cannot open the display\n");
+        return 2;
+    }
+    if (argc == 3 && std::strcmp(argv[1], "owner") == 0) {
+        return owner(display, argv[2]);
+    }
+    if (argc == 2 && std::strcmp(argv[1], "grab-key") == 0) {
+        return grabKey(display);
+    }
+    if (argc == 6 && std::strcmp(argv[1], "clickpad") == 0) {
+        return clickpad(display, std::atoi(argv[2]), std::atoi(argv[3]),
+                        unsigned(std::atoi(argv[4])), unsigned(std::atoi(argv[5])));
+    }
+    std::fprintf(stderr, "usage: x11_helper owner ATOM | grab-key | clickpad X Y W H\n");
+    return 2;
+}

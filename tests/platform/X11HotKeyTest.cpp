@@ -1,0 +1,155 @@
+#include "platform/linux/X11HotKey.h"
+
+#include "app/Log.h"
+
+#include <QDeadlineTimer>
+#include <QGuiApplication>
+#include <QProcess>
+#include <gtest/gtest.h>
+
+// Runs inside a virtual desktop (tests/desktop/run-in-desktop.sh): it needs a real X server and
+// sends real key presses through XTEST.
+
+namespace navro {
+namespace {
+
+QStringList qtMessages;
+
+void recordQtMessage(QtMsgType, const QMessageLogContext&, const QString& message)
+{
+    qtMessages << message;
+}
+
+template <typename Predicate> bool waitFor(Predicate done, int milliseconds = 10000)
+{
+    QDeadlineTimer deadline(milliseconds);
+    while (!done() && !deadline.hasExpired()) {
+        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 50);
+    }
+    return done();
+}
+
+bool press(const QString& keys)
+{
+    return QProcess::execute("xdotool", {"key", keys}) == 0;
+}
+
+// Another program holding Control+Alt+L, as a rival application would.
+class RivalGrab {
+public:
+    RivalGrab()
+    {
+        process_.start(qEnvironmentVariable("NAVRO_X11_HELPER"), {"grab-key"});
+        process_.waitForStarted(5000);
+        QDeadlineTimer deadline(10000);
+        while (!output_.contains('\n') && !deadline.hasExpired() &&
+               process_.state() == QProcess::Running) {
+            process_.waitForReadyRead(100);
+            output_ += process_.readAllStandardOutput();
+        }
+    }
+    ~RivalGrab()
+    {
+        process_.kill();
+        process_.waitForFinished(5000);
+    }
+    bool holdsTheKey() const { return output_.startsWith("grabbed"); }
+    QByteArray output() const { return output_; }
+
+private:
+    QProcess process_;
+    QByteArray output_;
+};
+
+const Qt::KeyboardModifiers controlAlt = Qt::ControlModifier | Qt::AltModifier;
+
+TEST(X11HotKeyTest, ControlAltLRunsTheActionWithOrWithoutLocksAndNothingElseDoes)
+{
+    int calls = 0;
+    auto hotKey = makeHotKey(Qt::Key_L, controlAlt, [&] { ++calls; });
+    ASSERT_NE(hotKey, nullptr);
+
+    ASSERT_TRUE(press("ctrl+alt+l"));
+    ASSERT_TRUE(waitFor([&] { return calls == 1; }));
+
+    // Presses are handled in order, so a wrong trigger would show as an extra call by the time
+    // the next real one has arrived.
+    ASSERT_TRUE(press("ctrl+l"));
+    ASSERT_TRUE(press("alt+l"));
+    ASSERT_TRUE(press("ctrl+alt+shift+l"));
+    ASSERT_TRUE(press("ctrl+alt+k"));
+    ASSERT_TRUE(press("ctrl+alt+l"));
+    ASSERT_TRUE(waitFor([&] { return calls >= 2; }));
+    EXPECT_EQ(calls, 2);
+
+    ASSERT_TRUE(press("Num_Lock"));
+    ASSERT_TRUE(press("ctrl+alt+l"));
+    EXPECT_TRUE(waitFor([&] { return calls == 3; })) << "with Num Lock on";
+    ASSERT_TRUE(press("Num_Lock"));
+    ASSERT_TRUE(press("Caps_Lock"));
+    ASSERT_TRUE(press("ctrl+alt+l"));
+    EXPECT_TRUE(waitFor([&] { return calls == 4; })) << "with Caps Lock on";
+    ASSERT_TRUE(press("Caps_Lock"));
+}
+
+TEST(X11HotKeyTest, DestructionReleasesTheKeyAndQueuedActionsDieWithIt)
+{
+    int calls = 0;
+    auto hotKey = makeHotKey(Qt::Key_L, controlAlt, [&] { ++calls; });
+    ASSERT_NE(hotKey, nullptr);
+    {
+        RivalGrab rival;
+        EXPECT_FALSE(rival.holdsTheKey()) << "the key is ours while the hot key lives";
+    }
+    hotKey.reset();
+    RivalGrab rival;
+    EXPECT_TRUE(rival.holdsTheKey()) << rival.output().toStdString();
+    EXPECT_EQ(calls, 0);
+}
+
+TEST(X11HotKeyTest, KeyHeldByAnotherProgramMeansSilentlyNoHotKey)
+{
+    CapturingLogSink log;
+    qtMessages.clear();
+    {
+        RivalGrab rival;
+        ASSERT_TRUE(rival.holdsTheKey());
+        int calls = 0;
+        auto hotKey = makeHotKey(Qt::Key_L, controlAlt, [&] { ++calls; });
+        EXPECT_EQ(hotKey, nullptr);
+        ASSERT_TRUE(press("ctrl+alt+l"));
+        // Let any error or stray event reach us through a full round trip of another grab.
+        auto other = makeHotKey(Qt::Key_K, controlAlt, [] {});
+        ASSERT_NE(other, nullptr);
+        QCoreApplication::processEvents();
+        EXPECT_EQ(calls, 0);
+    }
+    EXPECT_TRUE(log.lines.empty());
+    EXPECT_TRUE(qtMessages.isEmpty()) << qtMessages.join('\n').toStdString();
+
+    // Once the rival is gone the key can be had again.
+    int calls = 0;
+    auto hotKey = makeHotKey(Qt::Key_L, controlAlt, [&] { ++calls; });
+    ASSERT_NE(hotKey, nullptr);
+    ASSERT_TRUE(press("ctrl+alt+l"));
+    EXPECT_TRUE(waitFor([&] { return calls == 1; }));
+}
+
+TEST(X11HotKeyTest, KeysWithoutAnX11MeaningAreRefused)
+{
+    EXPECT_EQ(makeHotKey(Qt::Key_F13, controlAlt, [] {}), nullptr);
+    EXPECT_EQ(makeHotKey(Qt::Key_L, Qt::NoModifier, [] {}), nullptr)
+        << "a bare letter would swallow ordinary typing";
+}
+
+} // namespace
+} // namespace navro
+
+int main(int argc, char** argv)
+{
+    ::testing::InitGoogleTest(&argc, argv);
+    qputenv("QT_QPA_PLATFORM", "xcb");
+    QGuiApplication app(argc, argv);
+    qInstallMessageHandler(navro::recordQtMessage);
+    return RUN_ALL_TESTS();
+}
