@@ -1,0 +1,284 @@
+#include "notch/NotchViewModel.h"
+
+#include "FakeSettingsStore.h"
+#include "ManualClock.h"
+#include "app/AppSettings.h"
+#include "app/Log.h"
+#include "notch/ActivityCenter.h"
+
+#include <gtest/gtest.h>
+
+namespace navro {
+namespace {
+
+using namespace std::chrono_literals;
+
+class FakePointer final : public NotchPointerQuery {
+public:
+    std::optional<QPoint> pointerPosition() const override { return position; }
+    QRect hotZone() const override { return zone; }
+
+    std::optional<QPoint> position = QPoint(960, 10);
+    QRect zone{845, 0, 230, 44};
+};
+
+struct StatusCall {
+    NotchStatus status;
+    bool focus;
+    bool operator==(const StatusCall&) const = default;
+};
+
+class NotchViewModelTest : public ::testing::Test {
+protected:
+    NotchViewModelTest()
+    {
+        model.setGeometry(NotchGeometry{"DP-1", 0, 0, 1920, 1080, false, {190, 32}});
+        model.setPointerQuery(&pointer);
+        model.onStatusChange = [this](NotchStatus status, bool focus) {
+            calls.push_back({status, focus});
+        };
+    }
+
+    Meeting meeting() const
+    {
+        return Meeting{"E1", "1:1", clock.now() + 1min, clock.now() + 31min, false, "Work", {},
+                       {},   {}};
+    }
+
+    ManualClock clock;
+    FakeSettingsStore store;
+    AppSettings settings{store, [] { return QStringList(); }};
+    NotchViewModel model{clock, settings};
+    FakePointer pointer;
+    std::vector<StatusCall> calls;
+};
+
+TEST_F(NotchViewModelTest, OpeningLandsOnTheTabOfTheActivityShown)
+{
+    const std::vector<std::pair<std::optional<ClosedActivity>, NotchTab>> cases{
+        {ClosedActivity::ofMeeting(meeting()), NotchTab::calendar},
+        {ClosedActivity::recording(), NotchTab::capture},
+        {ClosedActivity::timer(), NotchTab::timer},
+        {ClosedActivity::music(), NotchTab::notes},
+        {ClosedActivity::transfer(), NotchTab::notes},
+        {ClosedActivity::ofToast(ActivityCenter::makeToast("bell", "Hi", "")), NotchTab::notes},
+        {ClosedActivity::prayerNow(Prayer::fajr), NotchTab::notes},
+        {std::nullopt, NotchTab::notes},
+    };
+    for (const auto& [activity, expected] : cases) {
+        model.close();
+        model.setSelectedTab(NotchTab::notes);
+        model.setActivity(activity);
+        model.open(false, true);
+        EXPECT_EQ(model.selectedTab(), expected)
+            << (activity ? rawValue(activity->kind()) : "none");
+    }
+}
+
+TEST_F(NotchViewModelTest, OpeningTwiceNotifiesOnceAndKeepsHowItWasOpened)
+{
+    int statusSignals = 0;
+    QObject::connect(&model, &NotchViewModel::statusChanged, [&] { ++statusSignals; });
+
+    model.open(true, false);
+    model.setActivity(ClosedActivity::timer());
+    model.open(false, true);
+
+    EXPECT_EQ(calls, (std::vector<StatusCall>{{NotchStatus::open, false}}));
+    EXPECT_EQ(statusSignals, 1);
+    EXPECT_TRUE(model.openedByHover());
+    EXPECT_EQ(model.selectedTab(), NotchTab::home) << "the second open chose no tab";
+}
+
+TEST_F(NotchViewModelTest, ClosingReportsOnlyARealChangeAndNeverAsksForFocus)
+{
+    model.close();
+    EXPECT_TRUE(calls.empty());
+    model.open(false, true);
+    model.close();
+    model.close();
+    EXPECT_EQ(calls,
+              (std::vector<StatusCall>{{NotchStatus::open, true}, {NotchStatus::closed, false}}));
+    EXPECT_FALSE(model.isOpen());
+}
+
+TEST_F(NotchViewModelTest, OpeningClearsTheHoverFeedbackButKeepsTheDropTarget)
+{
+    model.setHovering(true);
+    model.setDropTargeted(true);
+    model.open(true, false);
+    EXPECT_FALSE(model.isHovering());
+    EXPECT_TRUE(model.isDropTargeted());
+}
+
+TEST_F(NotchViewModelTest, ThePrayerTabIsNeverInTheTabBar)
+{
+    const auto tabs = visibleTabs();
+    EXPECT_EQ(tabs.size(), allNotchTabs.size() - 1);
+    EXPECT_EQ(std::find(tabs.begin(), tabs.end(), NotchTab::prayer), tabs.end());
+    EXPECT_EQ(tabs.front(), NotchTab::home);
+    EXPECT_EQ(tabs.back(), NotchTab::devices);
+
+    settings.setPrayerInNotch(false);
+    QStringList ids;
+    for (const auto& tab : model.visibleTabList())
+        ids << tab.toMap().value("id").toString();
+    EXPECT_FALSE(ids.contains("prayer"));
+    EXPECT_EQ(ids.size(), 9);
+    EXPECT_EQ(model.visibleTabList().front().toMap().value("titleArabic").toString(), "الرئيسية");
+}
+
+TEST_F(NotchViewModelTest, AScheduledOpenWaitsTheHoverDelay)
+{
+    model.scheduleOpen();
+    clock.advance(149ms);
+    EXPECT_FALSE(model.isOpen());
+    clock.advance(1ms);
+    EXPECT_TRUE(model.isOpen());
+    EXPECT_TRUE(model.openedByHover());
+    EXPECT_EQ(calls, (std::vector<StatusCall>{{NotchStatus::open, false}}));
+}
+
+TEST_F(NotchViewModelTest, TheHoverDelayComesFromTheSettingsAtScheduleTime)
+{
+    settings.setHoverDelay(0.5);
+    model.scheduleOpen();
+    clock.advance(499ms);
+    EXPECT_FALSE(model.isOpen());
+    clock.advance(1ms);
+    EXPECT_TRUE(model.isOpen());
+}
+
+TEST_F(NotchViewModelTest, APointerThatLeavesTheHotZoneBeforeTheDelayNeverOpens)
+{
+    model.scheduleOpen();
+    clock.advance(100ms);
+    pointer.position = QPoint(600, 300);
+    clock.advance(1s);
+    EXPECT_FALSE(model.isOpen());
+    EXPECT_FALSE(model.isOpenScheduled());
+
+    pointer.position.reset(); // position unreadable
+    model.scheduleOpen();
+    clock.advance(1s);
+    EXPECT_FALSE(model.isOpen());
+}
+
+TEST_F(NotchViewModelTest, ANewScheduleReplacesThePendingOne)
+{
+    model.scheduleOpen();
+    clock.advance(100ms);
+    model.scheduleOpen();
+    clock.advance(149ms);
+    EXPECT_FALSE(model.isOpen());
+    clock.advance(1ms);
+    EXPECT_TRUE(model.isOpen());
+
+    model.scheduleClose();
+    clock.advance(200ms);
+    model.scheduleClose();
+    clock.advance(249ms);
+    EXPECT_TRUE(model.isOpen());
+    clock.advance(1ms);
+    EXPECT_FALSE(model.isOpen());
+}
+
+TEST_F(NotchViewModelTest, CancellingOrAStatusChangeDropsPendingWork)
+{
+    model.open(false, true);
+    model.scheduleClose();
+    model.cancelScheduled();
+    clock.advance(1s);
+    EXPECT_TRUE(model.isOpen());
+
+    model.close();
+    model.scheduleOpen();
+    model.open(false, true); // the hot key wins over the hover in progress
+    model.scheduleClose();
+    model.close();
+    EXPECT_FALSE(model.isOpenScheduled());
+    EXPECT_FALSE(model.isCloseScheduled());
+}
+
+TEST_F(NotchViewModelTest, WithoutAPointerQueryAHoverOpenIsLoggedAndSkipped)
+{
+    CapturingLogSink log;
+    model.setPointerQuery(nullptr);
+    model.scheduleOpen();
+    clock.advance(1s);
+    EXPECT_FALSE(model.isOpen());
+    EXPECT_TRUE(log.contains("Navro: a hover open"));
+}
+
+TEST_F(NotchViewModelTest, AnUnusableHoverDelayFallsBackWithALogLine)
+{
+    CapturingLogSink log;
+    settings.setHoverDelay(-3);
+    model.scheduleOpen();
+    clock.advance(149ms);
+    EXPECT_FALSE(model.isOpen());
+    clock.advance(1ms);
+    EXPECT_TRUE(model.isOpen());
+    EXPECT_TRUE(log.contains("hoverDelay"));
+}
+
+TEST_F(NotchViewModelTest, TheClosedNotchWidensAroundItsCentreWhileAnActivityShows)
+{
+    int sizeSignals = 0;
+    QObject::connect(&model, &NotchViewModel::closedSizeChanged, [&] { ++sizeSignals; });
+    EXPECT_EQ(model.closedWidth(), 190);
+    EXPECT_EQ(model.closedHeight(), 32);
+    EXPECT_EQ(model.closedRect(), QRect(865, 0, 190, 32));
+
+    model.setActivity(ClosedActivity::music());
+    EXPECT_GT(model.closedWidth(), 190);
+    EXPECT_EQ(model.closedRect().center().x(), QRect(865, 0, 190, 32).center().x());
+    const int musicWidth = model.closedWidth();
+    model.setActivity(ClosedActivity::ofToast(ActivityCenter::makeToast("bell", "Hi", "")));
+    EXPECT_GT(model.closedWidth(), musicWidth) << "text needs more room than bars";
+    model.setActivity(std::nullopt);
+    EXPECT_EQ(model.closedWidth(), 190);
+    EXPECT_EQ(sizeSignals, 3);
+}
+
+TEST_F(NotchViewModelTest, TheOpenNotchHangsCentredFromTheTopOfTheScreen)
+{
+    model.setGeometry(NotchGeometry{"HDMI-1", 1920, 0, 2560, 1440, false, {190, 24}});
+    EXPECT_EQ(model.openRect(), QRect(1920 + 936, 0, 688, 260));
+    model.open(false, false);
+    EXPECT_TRUE(model.hotZoneRect().contains(QPoint(1920 + 936 - 20, 279)));
+    EXPECT_FALSE(model.hotZoneRect().contains(QPoint(1920 + 936 - 21, 100)));
+    EXPECT_FALSE(model.hotZoneRect().contains(QPoint(1920 + 1300, 280)));
+}
+
+TEST_F(NotchViewModelTest, MirrorsTheActivityCentre)
+{
+    ActivityCenter center(clock, settings);
+    model.mirror(center);
+    center.setRecording(true);
+    clock.runDue();
+    ASSERT_TRUE(model.activity());
+    EXPECT_EQ(model.activity()->kind(), ClosedActivity::Kind::recording);
+    EXPECT_EQ(model.activityMap().value("kind").toString(), "recording");
+}
+
+TEST_F(NotchViewModelTest, QmlSelectsTabsByRawValue)
+{
+    CapturingLogSink log;
+    model.setSelectedTabRaw("clipboard");
+    EXPECT_EQ(model.selectedTab(), NotchTab::clipboard);
+    model.setSelectedTabRaw("Clipboard");
+    EXPECT_EQ(model.selectedTabRaw(), "clipboard");
+    EXPECT_TRUE(log.contains("\"Clipboard\""));
+}
+
+TEST_F(NotchViewModelTest, OpenSettingsReachesTheInstalledCallback)
+{
+    int opened = 0;
+    model.onOpenSettings = [&] { ++opened; };
+    model.openSettings();
+    EXPECT_EQ(opened, 1);
+}
+
+} // namespace
+} // namespace navro
