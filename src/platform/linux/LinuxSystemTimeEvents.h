@@ -1,0 +1,43 @@
+#pragma once
+
+#include "prayer/SystemTimeEvents.h"
+
+#include <QByteArray>
+#include <QFileSystemWatcher>
+#include <QObject>
+
+class QSocketNotifier;
+
+namespace navro {
+
+// Clock, zone and sleep events on Linux: a real-time timer that the kernel cancels whenever the
+// wall clock is set, a watch on /etc where the zone link lives, and logind's PrepareForSleep on
+// the system bus. Each piece that is missing (no system bus in a container, no timerfd) is simply
+// left out: the service then only misses early wake-ups.
+class LinuxSystemTimeEvents final : public QObject, public SystemTimeEvents {
+    Q_OBJECT
+public:
+    explicit LinuxSystemTimeEvents(QObject* parent = nullptr);
+    ~LinuxSystemTimeEvents() override;
+
+    void setHandler(std::function<void(Event)> handler) override;
+    std::string systemTimeZoneID() const override;
+
+private slots:
+    void onPrepareForSleep(bool starting);
+
+private:
+    bool armClockWatch();
+    void onClockWatch();
+    void watchZoneFiles();
+    void checkTimeZone();
+    void deliver(Event event);
+
+    std::function<void(Event)> handler_;
+    int clockFd_ = -1;
+    QSocketNotifier* clockNotifier_ = nullptr;
+    QFileSystemWatcher zoneWatcher_;
+    QByteArray zone_;
+};
+
+} // namespace navro

@@ -1,0 +1,40 @@
+#include "platform/linux/LinuxSystemTimeEvents.h"
+
+#include "app/Log.h"
+
+#include <QCoreApplication>
+#include <cstdlib>
+#include <gtest/gtest.h>
+
+namespace navro {
+namespace {
+
+// Without a system bus (as in a container) and whatever the machine offers, the events source
+// comes up quietly, reports the zone the process runs in, and goes away cleanly.
+TEST(LinuxSystemTimeEvents, StartsQuietlyAndReportsTheProcessZone)
+{
+    int argc = 1;
+    char name[] = "test";
+    char* argv[] = {name, nullptr};
+    QCoreApplication app(argc, argv);
+    const char* previous = std::getenv("TZ");
+    const std::string saved = previous ? previous : "";
+    ::setenv("TZ", "Asia/Tokyo", 1);
+    {
+        CapturingLogSink log;
+        LinuxSystemTimeEvents events;
+        int delivered = 0;
+        events.setHandler([&](SystemTimeEvents::Event) { ++delivered; });
+        EXPECT_EQ(events.systemTimeZoneID(), "Asia/Tokyo");
+        QCoreApplication::processEvents();
+        EXPECT_EQ(delivered, 0);
+        EXPECT_TRUE(log.lines.empty());
+    }
+    if (previous)
+        ::setenv("TZ", saved.c_str(), 1);
+    else
+        ::unsetenv("TZ");
+}
+
+} // namespace
+} // namespace navro
