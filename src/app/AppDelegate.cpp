@@ -1,0 +1,316 @@
+#include "app/AppDelegate.h"
+
+#include "app/AppActions.h"
+#include "app/AppSettings.h"
+#include "app/HotKey.h"
+#include "app/IconImageProvider.h"
+#include "app/LaunchAtLogin.h"
+#include "app/Log.h"
+#include "app/OnboardingFinish.h"
+#include "app/QSettingsStore.h"
+#include "app/QmlWindowHost.h"
+#include "notch/ActivityCenter.h"
+#include "notch/NotchViewModel.h"
+#include "notch/NotchWindowController.h"
+#include "notch/PanelWindowSystem.h"
+
+#include <QApplication>
+#include <QGuiApplication>
+#include <QIcon>
+#include <QPalette>
+#include <QPointer>
+#include <QQmlApplicationEngine>
+#include <QQmlContext>
+#include <QQuickWindow>
+#include <QScreen>
+
+namespace navro {
+namespace {
+
+QUrl view(const char* file)
+{
+    return QUrl(QStringLiteral("qrc:/views/") + QLatin1String(file));
+}
+
+QIcon statusItemIcon()
+{
+    // Drawn in the palette's text colour so that it reads on the tray's own background.
+    const QColor color = QGuiApplication::palette().color(QPalette::WindowText);
+    QIcon icon;
+    for (int size : {16, 22, 24, 32, 48, 64})
+        icon.addPixmap(QPixmap::fromImage(
+            IconImageProvider::render(QStringLiteral("panel-top"), color, QSize(size, size))));
+    return icon;
+}
+
+} // namespace
+
+AppDelegate::AppDelegate(QApplication& application)
+    : application_(application), store_(std::make_unique<QSettingsStore>()),
+      settings_(std::make_unique<AppSettings>(*store_, &AppSettings::systemPreferredLanguages)),
+      engine_(std::make_unique<QQmlApplicationEngine>())
+{
+    // The three window controllers exist from the start; none of their windows is built or
+    // shown until it is first asked for.
+    settingsWindow_ = std::make_unique<QmlWindowHost>(*engine_, view("SettingsWindow.qml"));
+    menuPanel_ = std::make_unique<QmlWindowHost>(*engine_, view("MenuBarPanel.qml"));
+    onboarding_ = std::make_unique<QmlWindowHost>(*engine_, view("OnboardingWindow.qml"));
+    launchAtLogin_ = std::make_unique<LaunchAtLogin>(makeSystemLoginItem());
+}
+
+AppDelegate::~AppDelegate()
+{
+    shutdown();
+    // The views go before the objects they read.
+    menuPanel_.reset();
+    onboarding_.reset();
+    settingsWindow_.reset();
+    notch_.reset();
+    engine_.reset();
+}
+
+void AppDelegate::start()
+{
+    QPointer<AppDelegate> self(this);
+
+    // Prayer service: not part of the program yet.
+    activityCenter_ = std::make_unique<ActivityCenter>(clock_, *settings_);
+    notchModel_ = std::make_unique<NotchViewModel>(clock_, *settings_);
+    notchModel_->mirror(*activityCenter_);
+
+    actions_ = std::make_unique<AppActions>(
+        AppActions::Callbacks{MenuBarActions{[self] {
+                                                 if (!self)
+                                                     return;
+                                                 self->settings_->setNotchEnabled(true);
+                                                 if (self->notchPanelVisible())
+                                                     self->notchModel_->open(false, true);
+                                             },
+                                             [self] {
+                                                 if (self)
+                                                     self->showSettings(QStringLiteral("general"));
+                                             },
+                                             [self] {
+                                                 if (self)
+                                                     self->showSettings(QStringLiteral("about"));
+                                             },
+                                             [] { QCoreApplication::quit(); }},
+                              [self] {
+                                  if (self)
+                                      self->finishOnboarding();
+                              },
+                              [self] {
+                                  if (self)
+                                      self->events_.requestOnboarding();
+                              }},
+        launchAtLogin_.get());
+    setUpEngine();
+
+    panelWindowSystem_ = makePanelWindowSystem();
+    notch_ = std::make_unique<NotchWindowController>(
+        *notchModel_, *settings_, *engine_, *panelWindowSystem_, view("NotchRootView.qml"));
+    notchModel_->onOpenSettings = [self] {
+        if (self)
+            self->showSettings(QStringLiteral("general"));
+    };
+
+    setUpStatusItem();
+    setUpHotKey();
+
+    onboardingFinish_ = std::make_unique<OnboardingFinish>(
+        clock_, OnboardingFinish::Steps{[self] { return self && self->notchPanelVisible(); },
+                                        [self] {
+                                            if (self)
+                                                self->notchModel_->open(false, false);
+                                        },
+                                        [self] {
+                                            if (self)
+                                                self->notchModel_->close();
+                                        }});
+
+    connect(&events_, &AppEvents::showOnboardingRequested, this, &AppDelegate::showOnboarding);
+    connect(menuPanel_.get(), &QmlWindowHost::deactivated, this, [this] {
+        // A panel of the tray item closes when the user turns elsewhere.
+        if (menuPanel_->isShown()) {
+            menuPanel_->close();
+            menuDismissal_.noteDismissed(clock_.now());
+        }
+    });
+
+    if (!settings_->hasCompletedOnboarding())
+        showOnboarding();
+
+    remote_ = publishRemoteControl(*this);
+    for (auto signal : {&NotchViewModel::statusChanged, &NotchViewModel::selectedTabChanged,
+                        &NotchViewModel::activityChanged})
+        connect(notchModel_.get(), signal, this, &AppDelegate::publishState);
+    connect(settings_.get(), &AppSettings::notchEnabledChanged, this, &AppDelegate::publishState);
+    connect(settings_.get(), &AppSettings::isArabicChanged, this, &AppDelegate::publishState);
+    connect(notch_.get(), &NotchWindowController::visibilityChanged, this,
+            &AppDelegate::publishState);
+    publishState();
+}
+
+void AppDelegate::setUpEngine()
+{
+    engine_->addImageProvider(QStringLiteral("icon"), new IconImageProvider);
+    QQmlContext* context = engine_->rootContext();
+    context->setContextProperty(QStringLiteral("settings"), settings_.get());
+    context->setContextProperty(QStringLiteral("notch"), notchModel_.get());
+    context->setContextProperty(QStringLiteral("activityCenter"), activityCenter_.get());
+    context->setContextProperty(QStringLiteral("app"), actions_.get());
+    // The prayer page reads `prayer`; until the service exists it is null, which the page
+    // handles.
+    context->setContextProperty(QStringLiteral("prayer"), nullptr);
+}
+
+void AppDelegate::setUpStatusItem()
+{
+    statusItem_ = std::make_unique<QSystemTrayIcon>(statusItemIcon());
+    statusItem_->setToolTip(QStringLiteral("Navro"));
+    connect(statusItem_.get(), &QSystemTrayIcon::activated, this,
+            [this](QSystemTrayIcon::ActivationReason reason) {
+                // Left and right buttons alike; a double click already sent its first click.
+                if (reason == QSystemTrayIcon::Trigger || reason == QSystemTrayIcon::Context)
+                    statusItemClicked(*this, statusItem_->geometry());
+            });
+    statusItem_->show();
+}
+
+void AppDelegate::setUpHotKey()
+{
+    QPointer<AppDelegate> self(this);
+    hotKey_ = makeHotKey(Qt::Key_L, Qt::ControlModifier | Qt::AltModifier, [self] {
+        if (!self || !self->notchPanelVisible())
+            return;
+        if (self->notchModel_->isOpen())
+            self->notchModel_->close();
+        else
+            self->notchModel_->open(false, true);
+    });
+}
+
+void AppDelegate::shutdown()
+{
+    if (isShutDown_)
+        return;
+    isShutDown_ = true;
+    // Nothing records, plays or keeps the machine awake yet; what exists lets go of what other
+    // programs can see: the bus name, the key grab, the tray item.
+    if (onboardingFinish_)
+        onboardingFinish_->interrupt();
+    remote_.reset();
+    hotKey_.reset();
+    if (statusItem_)
+        statusItem_->hide();
+    if (store_)
+        store_->sync();
+}
+
+void AppDelegate::showOnboarding()
+{
+    closeNotch();
+    closeMenuPanel();
+    onboarding_->show();
+}
+
+void AppDelegate::showSettings(const QString& page)
+{
+    closeNotch();
+    settings_->setSettingsPageRaw(page);
+    settingsWindow_->show();
+}
+
+void AppDelegate::finishOnboarding()
+{
+    settings_->setHasCompletedOnboarding(true);
+    onboarding_->close();
+    onboardingFinish_->start();
+}
+
+void AppDelegate::open(bool focus)
+{
+    if (notchPanelVisible())
+        notchModel_->open(false, focus);
+}
+
+void AppDelegate::close()
+{
+    closeNotch();
+}
+
+void AppDelegate::toggle()
+{
+    if (!notchPanelVisible())
+        return;
+    if (notchModel_->isOpen())
+        notchModel_->close();
+    else
+        notchModel_->open(false, true);
+}
+
+RemoteState AppDelegate::remoteState() const
+{
+    RemoteState state;
+    if (notchModel_) {
+        state.status = notchModel_->statusRaw();
+        state.selectedTab = notchModel_->selectedTabRaw();
+        state.activityKind = notchModel_->activityMap().value(QStringLiteral("kind")).toString();
+    }
+    state.notchEnabled = settings_->notchEnabled();
+    state.panelVisible = notchPanelVisible();
+    state.language = settings_->isArabic() ? QStringLiteral("arabic") : QStringLiteral("english");
+    return state;
+}
+
+void AppDelegate::publishState()
+{
+    if (remote_)
+        remote_->stateChanged();
+}
+
+bool AppDelegate::notchPanelVisible() const
+{
+    return notch_ && notch_->isVisible();
+}
+
+bool AppDelegate::hasCompletedOnboarding() const
+{
+    return settings_->hasCompletedOnboarding();
+}
+
+void AppDelegate::closeNotch()
+{
+    if (notchModel_)
+        notchModel_->close();
+}
+
+bool AppDelegate::isMenuPanelShown() const
+{
+    return menuPanel_->isShown() || menuDismissal_.justDismissed(clock_.now());
+}
+
+void AppDelegate::closeMenuPanel()
+{
+    menuDismissal_.reset();
+    menuPanel_->close();
+}
+
+void AppDelegate::showMenuPanel(const QRect& anchor)
+{
+    QQuickWindow* window = menuPanel_->window();
+    if (!window)
+        return;
+    QScreen* screen = anchor.isValid() ? QGuiApplication::screenAt(anchor.center()) : nullptr;
+    if (!screen)
+        screen = QGuiApplication::primaryScreen();
+    if (screen) {
+        const QRect frame = menuPanelFrame(anchor, window->size(), screen->geometry(),
+                                           screen->availableGeometry(), settings_->isArabic());
+        window->setScreen(screen);
+        window->setPosition(frame.topLeft());
+    }
+    menuPanel_->show();
+}
+
+} // namespace navro

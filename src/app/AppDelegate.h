@@ -1,0 +1,97 @@
+#pragma once
+
+#include "app/AppEvents.h"
+#include "app/MenuPanelPlacement.h"
+#include "app/QtClock.h"
+#include "app/RemoteControl.h"
+#include "app/StatusItemClick.h"
+
+#include <QObject>
+#include <QSystemTrayIcon>
+#include <memory>
+
+class QApplication;
+class QQmlApplicationEngine;
+
+namespace navro {
+
+class ActivityCenter;
+class AppActions;
+class AppSettings;
+class HotKey;
+class LaunchAtLogin;
+class NotchViewModel;
+class NotchWindowController;
+class OnboardingFinish;
+class PanelWindowSystem;
+class QSettingsStore;
+class QmlWindowHost;
+
+// The one composition root: builds every long-lived object in start-up order, wires them
+// together, hands them to the views, and winds them down at the end.
+class AppDelegate final : public QObject, public RemoteControl, private StatusItemHost {
+    Q_OBJECT
+
+public:
+    explicit AppDelegate(QApplication& application);
+    ~AppDelegate() override;
+
+    // The start-up sequence. Nothing in it waits: services that work in the background start it
+    // and return.
+    void start();
+    // Before the process ends, by the quit action or a termination signal alike.
+    void shutdown();
+
+    // Closes the notch and the menu panel and shows onboarding; also the answer to
+    // AppEvents::showOnboardingRequested.
+    void showOnboarding() override;
+    void showSettings(const QString& page);
+
+    // RemoteControl
+    void open(bool focus) override;
+    void close() override;
+    void toggle() override;
+    void openSettings(const QString& page) override { showSettings(page); }
+    RemoteState remoteState() const override;
+
+    AppEvents& events() { return events_; }
+
+private:
+    // StatusItemHost
+    bool hasCompletedOnboarding() const override;
+    void closeNotch() override;
+    bool isMenuPanelShown() const override;
+    void closeMenuPanel() override;
+    void showMenuPanel(const QRect& anchor) override;
+
+    void setUpEngine();
+    void setUpStatusItem();
+    void setUpHotKey();
+    void finishOnboarding();
+    void publishState();
+    bool notchPanelVisible() const;
+
+    QApplication& application_;
+    QtClock clock_;
+    AppEvents events_;
+    std::unique_ptr<QSettingsStore> store_;
+    std::unique_ptr<AppSettings> settings_;
+    std::unique_ptr<QQmlApplicationEngine> engine_;
+    std::unique_ptr<QmlWindowHost> settingsWindow_;
+    std::unique_ptr<QmlWindowHost> menuPanel_;
+    std::unique_ptr<QmlWindowHost> onboarding_;
+    std::unique_ptr<LaunchAtLogin> launchAtLogin_;
+    std::unique_ptr<ActivityCenter> activityCenter_;
+    std::unique_ptr<NotchViewModel> notchModel_;
+    std::unique_ptr<PanelWindowSystem> panelWindowSystem_;
+    std::unique_ptr<NotchWindowController> notch_;
+    std::unique_ptr<AppActions> actions_;
+    std::unique_ptr<QSystemTrayIcon> statusItem_;
+    std::unique_ptr<HotKey> hotKey_;
+    std::unique_ptr<OnboardingFinish> onboardingFinish_;
+    std::unique_ptr<RemoteControlPublisher> remote_;
+    PopupDismissal menuDismissal_;
+    bool isShutDown_ = false;
+};
+
+} // namespace navro

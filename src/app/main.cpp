@@ -1,0 +1,31 @@
+#include "app/AppDelegate.h"
+#include "app/RemoteControl.h"
+#include "app/TerminationSignals.h"
+
+#include <QApplication>
+#include <QQuickStyle>
+
+int main(int argc, char* argv[])
+{
+    // Widgets only for the tray item (QSystemTrayIcon); every window is Qt Quick.
+    QApplication application(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("Navro"));
+    QApplication::setOrganizationName(QStringLiteral("Navro"));
+    QApplication::setApplicationVersion(QStringLiteral(NAVRO_VERSION));
+    QApplication::setDesktopFileName(QStringLiteral("navro"));
+    // The notch, the tray item and the hidden windows keep running with no window open.
+    QApplication::setQuitOnLastWindowClosed(false);
+
+    // A second start asks the running Navro to open its notch and leaves.
+    if (navro::handOverToRunningInstance())
+        return 0;
+
+    QQuickStyle::setStyle(QStringLiteral("Basic"));
+    navro::quitOnTerminationSignals();
+
+    navro::AppDelegate delegate(application);
+    delegate.start();
+    const int code = QApplication::exec();
+    delegate.shutdown();
+    return code;
+}

@@ -1,0 +1,55 @@
+#pragma once
+
+namespace navro {
+
+// How the notch window answers the pointer, clicks and keyboard focus, apart from the window and
+// the view model it drives, so that every rule can be exercised without a display.
+//
+// The window takes pointer input only over the drawn notch, so it hears of the pointer only when
+// it crosses that area. Closed, the scheduled open checks the hot zone itself when its delay has
+// passed, so nothing needs watching. Open, the hot zone reaches past the window's input area:
+// after the pointer leaves the notch the rules ask for brief tracking until the pointer is either
+// back on the notch or out of the hot zone.
+//
+// Clicks outside: a panel that holds keyboard focus closes when it loses it (the window manager
+// moves focus to whatever was clicked). A panel without focus closes when the pointer leaves its
+// hot zone in hover mode, or when it was opened by hovering.
+class NotchPointerRules {
+public:
+    // What the rules read and ask for.
+    class Host {
+    public:
+        virtual ~Host() = default;
+        virtual bool isOpen() const = 0;
+        virtual bool openedByHover() const = 0;
+        virtual bool hoverOpens() const = 0; // the open mode is hover
+        virtual bool pointerInOpenHotZone() const = 0;
+
+        virtual void scheduleOpen() = 0;
+        virtual void scheduleClose() = 0;
+        virtual void cancelScheduled() = 0;
+        virtual void open(bool byHover, bool focus) = 0;
+        virtual void close() = 0;
+        virtual void activateWindow() = 0;
+        virtual void setTracking(bool on) = 0;
+    };
+
+    explicit NotchPointerRules(Host& host) : host_(host) {}
+
+    void pointerEntered();
+    void pointerLeft();
+    // The tracking tick while the pointer is off the notch but may still be in its hot zone.
+    void trackPointer();
+    void pressed(bool windowIsActive);
+    void windowDeactivated();
+    void escapePressed();
+    // After every change of the view model's status.
+    void statusChanged(bool isOpen, bool focus);
+
+private:
+    bool leavingCloses() const;
+
+    Host& host_;
+};
+
+} // namespace navro

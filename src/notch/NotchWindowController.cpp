@@ -1,0 +1,171 @@
+#include "notch/NotchWindowController.h"
+
+#include "app/AppSettings.h"
+#include "notch/NotchPanel.h"
+#include "notch/NotchPanelLayout.h"
+#include "notch/NotchScreens.h"
+
+#include <QCursor>
+#include <QGuiApplication>
+#include <QQmlEngine>
+#include <QScreen>
+
+namespace navro {
+namespace {
+
+// Fine enough that a pointer flicked out of the hot zone starts the close well inside its
+// 0.25 s delay; cheap because it runs only while the pointer is next to the open notch.
+constexpr auto trackingInterval = std::chrono::milliseconds(40);
+
+} // namespace
+
+NotchWindowController::NotchWindowController(NotchViewModel& viewModel, AppSettings& settings,
+                                             QQmlEngine& engine, PanelWindowSystem& windowSystem,
+                                             const QUrl& rootView)
+    : viewModel_(viewModel), settings_(settings),
+      panel_(std::make_unique<NotchPanel>(&engine, windowSystem))
+{
+    viewModel_.setPointerQuery(this);
+    viewModel_.onStatusChange = [this](NotchStatus status, bool focus) {
+        rules_.statusChanged(status == NotchStatus::open, focus);
+    };
+
+    tracking_.setInterval(trackingInterval);
+    connect(&tracking_, &QTimer::timeout, this, [this] { rules_.trackPointer(); });
+    rebuild_.setSingleShot(true);
+    rebuild_.setInterval(0);
+    connect(&rebuild_, &QTimer::timeout, this, &NotchWindowController::rebuildGeometry);
+
+    connect(panel_.get(), &NotchPanel::pointerEntered, this, [this] {
+        viewModel_.setHovering(true);
+        rules_.pointerEntered();
+    });
+    connect(panel_.get(), &NotchPanel::pointerLeft, this, [this] {
+        viewModel_.setHovering(false);
+        rules_.pointerLeft();
+    });
+    connect(panel_.get(), &NotchPanel::pressed, this,
+            [this] { rules_.pressed(panel_->isActive()); });
+    connect(panel_.get(), &NotchPanel::escapePressed, this, [this] { rules_.escapePressed(); });
+    connect(panel_.get(), &QWindow::activeChanged, this, [this] {
+        const bool active = panel_->isActive();
+        if (wasActive_ && !active)
+            rules_.windowDeactivated();
+        wasActive_ = active;
+    });
+    connect(panel_.get(), &QWindow::visibleChanged, this, [this] {
+        if (panel_->isVisible() != wasVisible_) {
+            wasVisible_ = panel_->isVisible();
+            emit visibilityChanged();
+        }
+    });
+
+    connect(&viewModel_, &NotchViewModel::statusChanged, this,
+            &NotchWindowController::updateInputRect);
+    connect(&viewModel_, &NotchViewModel::closedSizeChanged, this,
+            &NotchWindowController::updateInputRect);
+    connect(&viewModel_, &NotchViewModel::geometryChanged, this,
+            &NotchWindowController::updateInputRect);
+    connect(&settings_, &AppSettings::notchEnabledChanged, this,
+            &NotchWindowController::updateVisibility);
+
+    auto* app = qGuiApp;
+    connect(app, &QGuiApplication::screenAdded, this, [this](QScreen* screen) {
+        watchScreen(screen);
+        rebuild_.start();
+    });
+    connect(app, &QGuiApplication::screenRemoved, this, [this] { rebuild_.start(); });
+    connect(app, &QGuiApplication::primaryScreenChanged, this, [this] { rebuild_.start(); });
+    for (QScreen* screen : QGuiApplication::screens())
+        watchScreen(screen);
+
+    panel_->setSource(rootView);
+    rebuildGeometry();
+}
+
+NotchWindowController::~NotchWindowController()
+{
+    viewModel_.onStatusChange = nullptr;
+    viewModel_.setPointerQuery(nullptr);
+}
+
+bool NotchWindowController::isVisible() const
+{
+    return panel_ && panel_->isVisible();
+}
+
+std::optional<QPoint> NotchWindowController::pointerPosition() const
+{
+    if (QGuiApplication::screens().isEmpty())
+        return std::nullopt;
+    return QCursor::pos();
+}
+
+bool NotchWindowController::hoverOpens() const
+{
+    return settings_.openMode() == OpenMode::hover;
+}
+
+bool NotchWindowController::pointerInOpenHotZone() const
+{
+    const auto position = pointerPosition();
+    return position && viewModel_.isOpen() && viewModel_.hotZoneRect().contains(*position);
+}
+
+void NotchWindowController::activateWindow()
+{
+    panel_->activate();
+}
+
+void NotchWindowController::setTracking(bool on)
+{
+    if (on && !tracking_.isActive())
+        tracking_.start();
+    else if (!on)
+        tracking_.stop();
+}
+
+void NotchWindowController::watchScreen(QScreen* screen)
+{
+    connect(screen, &QScreen::geometryChanged, this, [this] { rebuild_.start(); });
+    connect(screen, &QScreen::availableGeometryChanged, this, [this] { rebuild_.start(); });
+}
+
+void NotchWindowController::rebuildGeometry()
+{
+    const auto geometry = currentNotchGeometry();
+    hasScreen_ = geometry.has_value();
+    if (geometry) {
+        viewModel_.setGeometry(*geometry);
+        panel_->place(screenFor(*geometry), notchPanelFrame(*geometry));
+    }
+    updateInputRect();
+    updateVisibility();
+}
+
+void NotchWindowController::updateInputRect()
+{
+    const QRect frame = notchPanelFrame(viewModel_.geometry());
+    const QRect drawn = viewModel_.isOpen() ? viewModel_.openRect() : viewModel_.closedRect();
+    panel_->setInputRect(notchInputRect(frame, drawn));
+}
+
+void NotchWindowController::updateVisibility()
+{
+    const bool shown = hasScreen_ && settings_.notchEnabled();
+    if (!shown) {
+        viewModel_.close();
+        setTracking(false);
+        panel_->hide();
+        return;
+    }
+    if (!panel_->isVisible()) {
+        updateInputRect();
+        panel_->show();
+        // Mapped last, an override-redirect window is on top; raising again covers panels that
+        // were mapped while it was hidden.
+        panel_->raise();
+    }
+}
+
+} // namespace navro

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QRegion>
+#include <memory>
+
+class QWindow;
+
+namespace navro {
+
+// What the notch window needs of the window system beyond Qt's own window flags: letting the
+// pointer through everywhere but the drawn notch, so that the transparent rest of the window
+// never swallows a click meant for what lies below it.
+class PanelWindowSystem {
+public:
+    virtual ~PanelWindowSystem() = default;
+    // Whether setInputRegion can work here; without it the window takes input over its whole
+    // frame, and the notch must then stay hidden while the pointer is elsewhere.
+    virtual bool canShapeInput() const = 0;
+    // `region` in the window's own logical coordinates. The window must have been created.
+    virtual void setInputRegion(QWindow& window, const QRegion& region) = 0;
+};
+
+// The display server's implementation; defined by the platform code.
+std::unique_ptr<PanelWindowSystem> makePanelWindowSystem();
+
+} // namespace navro

@@ -1,0 +1,65 @@
+import QtQuick
+import QtQuick.Window
+import "."
+
+// The whole content of the notch window: a black notch hanging from the top edge of the screen,
+// closed (with the current activity at its sides) or open (the tabbed panel). The window is
+// fixed in size and transparent; only the notch inside it moves.
+Item {
+    id: root
+    width: Theme.openWidth + 2 * Theme.shadowPadding
+    height: Theme.openHeight + Theme.shadowPadding
+
+    LayoutMirroring.enabled: settings.isArabic
+    LayoutMirroring.childrenInherit: true
+
+    readonly property bool isOpen: notch.isOpen
+    readonly property var activity: notch.activity
+    readonly property string activityKind: activity && activity.kind ? activity.kind : ""
+    // The view model's rectangles are global; the window's own position turns them into ours,
+    // so the drawn notch and the area that takes the pointer are the same pixels.
+    readonly property int originX: Window.window ? Window.window.x : 0
+    readonly property int originY: Window.window ? Window.window.y : 0
+    readonly property rect target: isOpen ? notch.openRect : notch.closedRect
+
+    NotchShape {
+        id: notchShape
+        objectName: "notchShape"
+        y: root.target.y - root.originY
+        x: root.target.x - root.originX
+        width: root.target.width
+        height: root.target.height
+        earRadius: root.isOpen ? Theme.openEarRadius : Theme.closedEarRadius
+        bottomRadius: root.isOpen ? Theme.openBottomRadius : Theme.closedBottomRadius
+
+        Behavior on x { NotchMotion { opening: root.isOpen } }
+        Behavior on width { NotchMotion { opening: root.isOpen } }
+        Behavior on height { NotchMotion { opening: root.isOpen } }
+        Behavior on earRadius { NotchMotion { opening: root.isOpen } }
+        Behavior on bottomRadius { NotchMotion { opening: root.isOpen } }
+
+        ClosedActivityView {
+            anchors.fill: parent
+            activity: root.activity
+            opacity: root.isOpen ? 0 : 1
+            visible: opacity > 0
+            Behavior on opacity { NumberAnimation { duration: Theme.fadeDuration } }
+        }
+
+        OpenNotchView {
+            anchors.horizontalCenter: parent.horizontalCenter
+            anchors.top: parent.top
+            width: Theme.openWidth
+            height: Theme.openHeight
+            opacity: root.isOpen ? 1 : 0
+            visible: opacity > 0
+            enabled: root.isOpen
+            Behavior on opacity {
+                NumberAnimation {
+                    duration: root.isOpen ? Theme.openDuration : Theme.fadeDuration / 2
+                    easing.type: Easing.InQuad
+                }
+            }
+        }
+    }
+}

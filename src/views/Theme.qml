@@ -1,0 +1,78 @@
+pragma Singleton
+import QtQuick
+
+// Every colour, radius, size and duration the views use. The notch itself is always black (it
+// stands in for a camera housing); the theme setting chooses the look of the windows and of the
+// accents inside the notch.
+QtObject {
+    id: theme
+
+    readonly property SystemPalette systemPalette: SystemPalette { colorGroup: SystemPalette.Active }
+    readonly property bool systemIsDark: systemPalette.window.hslLightness < 0.5
+    readonly property bool dark: settings.theme === "dark"
+                                 || (settings.theme === "system" && systemIsDark)
+    readonly property bool arabic: settings.isArabic
+
+    // Type
+    readonly property string fontFamily: arabic ? "Noto Sans Arabic" : "Noto Sans"
+    readonly property int captionSize: 10
+    readonly property int smallSize: 11
+    readonly property int bodySize: 13
+    readonly property int titleSize: 15
+    readonly property int headlineSize: 20
+    readonly property int displaySize: 26
+
+    // The notch
+    readonly property color notchFill: "#000000"
+    readonly property color notchText: "#f5f5f7"
+    readonly property color notchSecondaryText: "#8e8e93"
+    readonly property color notchTertiaryText: "#5a5a5f"
+    readonly property color notchControl: "#1c1c1e"
+    readonly property color notchControlHover: "#2a2a2d"
+    readonly property color notchSelection: dark ? "#2c2c2e" : "#3a3a3c"
+    readonly property color notchDivider: "#1f1f22"
+    readonly property int openWidth: 688
+    readonly property int openHeight: 260
+    readonly property int shadowPadding: 20
+    readonly property int closedEarRadius: 6
+    readonly property int closedBottomRadius: 10
+    readonly property int openEarRadius: 14
+    readonly property int openBottomRadius: 30
+    readonly property int openPadding: 16
+    readonly property int tabBarHeight: 44
+    readonly property int closedIconSize: 14
+    readonly property int activityGap: 8
+
+    // Accents
+    readonly property color accent: dark ? "#0a84ff" : "#007aff"
+    readonly property color notchAccent: "#0a84ff"
+    readonly property color recording: "#ff453a"
+    readonly property color success: "#30d158"
+    readonly property color warning: "#ffd60a"
+    readonly property color music: "#ff375f"
+    readonly property color prayer: "#64d2ff"
+
+    // Windows
+    readonly property color windowBackground: dark ? "#1c1c1e" : "#f2f2f7"
+    readonly property color sidebarBackground: dark ? "#232326" : "#e9e9ee"
+    readonly property color cardBackground: dark ? "#2c2c2e" : "#ffffff"
+    readonly property color cardBorder: dark ? "#3a3a3c" : "#dcdce1"
+    readonly property color text: dark ? "#f5f5f7" : "#1d1d1f"
+    readonly property color secondaryText: dark ? "#98989d" : "#6e6e73"
+    readonly property color separator: dark ? "#38383a" : "#d8d8dd"
+    readonly property color selection: dark ? "#3a3a3c" : "#dedee3"
+    readonly property color buttonBackground: dark ? "#3a3a3c" : "#e5e5ea"
+    readonly property color buttonHover: dark ? "#48484a" : "#d8d8de"
+    readonly property color textOnAccent: "#ffffff"
+    readonly property int windowRadius: 12
+    readonly property int cardRadius: 10
+    readonly property int controlRadius: 7
+    readonly property int spacing: 12
+    readonly property int windowPadding: 20
+
+    // Motion
+    readonly property int openDuration: 340
+    readonly property int closeDuration: 240
+    readonly property int resizeDuration: 260
+    readonly property int fadeDuration: 160
+}
