@@ -3,6 +3,7 @@
 #include "app/AppSettings.h"
 #include "app/Log.h"
 
+#include <QTimeZone>
 #include <QVariantMap>
 #include <algorithm>
 
@@ -213,9 +214,23 @@ QVariantList PrayerService::todayTimes() const
         list.append(QVariantMap{{"prayer", toQString(rawValue(prayer))},
                                 {"titleEnglish", toQString(name.english)},
                                 {"titleArabic", toQString(name.arabic)},
-                                {"time", toDateTime(at)}});
+                                {"time", toDateTime(at)},
+                                {"clock", cityClock(at)}});
     }
     return list;
+}
+
+QString PrayerService::cityClock(sys_seconds instant) const
+{
+    // A timetable of a place reads in that place's clock, whatever zone the machine is in.
+    const QTimeZone zone(QByteArray::fromStdString(city_.timeZoneID));
+    const auto at = toDateTime(instant);
+    return (zone.isValid() ? at.toTimeZone(zone) : at).toString(QStringLiteral("HH:mm"));
+}
+
+QString PrayerService::nextPrayerClock() const
+{
+    return upcoming_ ? cityClock(upcoming_->at) : QString();
 }
 
 QString PrayerService::nextPrayerRaw() const

@@ -28,14 +28,16 @@ class PrayerService : public QObject {
     Q_PROPERTY(QString cityID READ cityID NOTIFY cityChanged)
     Q_PROPERTY(QString cityEnglish READ cityEnglish NOTIFY cityChanged)
     Q_PROPERTY(QString cityArabic READ cityArabic NOTIFY cityChanged)
-    // [{prayer, titleEnglish, titleArabic, time (QDateTime)}] in the order of the day; a time the
-    // sun does not reach that day is left out.
+    // [{prayer, titleEnglish, titleArabic, time (QDateTime), clock ("HH:mm" on the city's own
+    // clock)}] in the order of the day; a time the sun does not reach that day is left out.
     Q_PROPERTY(QVariantList todayTimes READ todayTimes NOTIFY timesChanged)
     // Raw value of the next prayer ("fajr" …), empty when none can be found.
     Q_PROPERTY(QString nextPrayer READ nextPrayerRaw NOTIFY nextPrayerChanged)
     Q_PROPERTY(QString nextPrayerEnglish READ nextPrayerEnglish NOTIFY nextPrayerChanged)
     Q_PROPERTY(QString nextPrayerArabic READ nextPrayerArabic NOTIFY nextPrayerChanged)
     Q_PROPERTY(QDateTime nextPrayerTime READ nextPrayerTime NOTIFY nextPrayerChanged)
+    // "HH:mm" of the next prayer on the city's own clock.
+    Q_PROPERTY(QString nextPrayerClock READ nextPrayerClock NOTIFY nextPrayerChanged)
     // "h:mm:ss" until the next prayer; kept to the second only while countdownViewers > 0.
     Q_PROPERTY(QString countdownText READ countdownText NOTIFY countdownTextChanged)
     Q_PROPERTY(int countdownViewers READ countdownViewers NOTIFY countdownViewersChanged)
@@ -63,6 +65,7 @@ public:
     QString nextPrayerEnglish() const;
     QString nextPrayerArabic() const;
     QDateTime nextPrayerTime() const;
+    QString nextPrayerClock() const;
     QString countdownText() const { return countdownText_; }
     int countdownViewers() const { return countdownViewers_; }
 
@@ -98,6 +101,7 @@ private:
     void scheduleWake(WallTime now);
     std::optional<Upcoming> findUpcoming(std::chrono::sys_seconds now) const;
     void onSystemTimeEvent(SystemTimeEvents::Event event);
+    QString cityClock(std::chrono::sys_seconds instant) const;
 
     AppSettings& settings_;
     Clock& clock_;

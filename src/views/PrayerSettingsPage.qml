@@ -1,6 +1,7 @@
 import QtQuick
 import QtQuick.Controls
 import QtQuick.Layouts
+import QtQml.Models
 import "."
 
 // The prayer settings: the city (from the built-in table, grouped by country), the calculation

@@ -80,6 +80,13 @@ TEST(PrayerService, PublishesTodaysTimesForTheStoredCity)
     EXPECT_EQ(list.back().toMap().value("titleArabic").toString(), "العشاء");
     EXPECT_EQ(list.front().toMap().value("time").toDateTime().toSecsSinceEpoch(),
               f.service->today().at(Prayer::fajr).time_since_epoch().count());
+    // Doha's clock is UTC+3 all year, whatever the machine's zone.
+    const auto fajrOnDohaClock = f.service->today().at(Prayer::fajr) + hours(3);
+    const auto minuteOfDay = duration_cast<minutes>(fajrOnDohaClock - floor<days>(fajrOnDohaClock));
+    EXPECT_EQ(list.front().toMap().value("clock").toString(),
+              QString::asprintf("%02d:%02d", int(minuteOfDay.count() / 60),
+                                int(minuteOfDay.count() % 60)));
+    EXPECT_EQ(f.service->nextPrayerClock(), list[4].toMap().value("clock").toString()); // Maghrib
 }
 
 TEST(PrayerService, UnknownOrWronglyCasedCityFallsBackToManamaAndSaysSo)
