@@ -11,6 +11,8 @@ Item {
     id: page
 
     readonly property bool arabic: settings.isArabic
+    // The chosen city's id, empty while the prayer service is not there.
+    readonly property string cityID: prayer ? prayer.cityID : ""
 
     implicitWidth: 440
     implicitHeight: column.implicitHeight
@@ -23,6 +25,8 @@ Item {
 
     function fillCities() {
         cityModel.clear()
+        if (!prayer)
+            return
         const groups = prayer.citiesByCountry()
         for (let g = 0; g < groups.length; ++g) {
             const cities = groups[g].cities
@@ -42,7 +46,7 @@ Item {
     // Rebuilt with the language so the titles follow it.
     readonly property var methodList: {
         page.arabic
-        return prayer.methods()
+        return prayer ? prayer.methods() : []
     }
 
     Component.onCompleted: fillCities()
@@ -89,7 +93,7 @@ Item {
                 anchors.margins: 1
                 model: cityModel
                 boundsBehavior: Flickable.StopAtBounds
-                currentIndex: page.indexOfCity(prayer.cityID)
+                currentIndex: page.indexOfCity(page.cityID)
                 highlightMoveDuration: 0
                 interactive: contentHeight > height
                 ScrollBar.vertical: ScrollBar {}
@@ -117,12 +121,12 @@ Item {
                     required property int index
                     required property string cityID
                     required property string name
-                    readonly property bool chosen: cityID === prayer.cityID
+                    readonly property bool chosen: cityID === page.cityID
 
                     width: ListView.view.width
                     height: 28
                     highlighted: chosen
-                    onClicked: prayer.chooseCity(cityID)
+                    onClicked: if (prayer) prayer.chooseCity(cityID)
 
                     background: Rectangle {
                         color: cityRow.chosen ? Theme.accent
@@ -204,7 +208,9 @@ Item {
 
         // Today's times for the chosen city, so a change shows its effect at once.
         SectionTitle {
-            text: page.arabic ? ("اليوم في " + prayer.cityArabic) : ("Today in " + prayer.cityEnglish)
+            visible: !!prayer
+            text: !prayer ? "" : page.arabic ? ("اليوم في " + prayer.cityArabic)
+                                             : ("Today in " + prayer.cityEnglish)
         }
 
         Flow {
@@ -212,13 +218,13 @@ Item {
             spacing: Theme.spacing
 
             Repeater {
-                model: prayer.todayTimes
+                model: prayer ? prayer.todayTimes : []
                 delegate: Column {
                     required property var modelData
                     spacing: 2
                     Label {
                         text: page.arabic ? modelData.titleArabic : modelData.titleEnglish
-                        color: modelData.prayer === prayer.nextPrayer ? Theme.accent
+                        color: prayer && modelData.prayer === prayer.nextPrayer ? Theme.accent
                                                                       : Theme.secondaryText
                         font.family: Theme.fontFamily
                         font.pixelSize: Theme.smallSize
