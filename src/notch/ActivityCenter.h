@@ -51,6 +51,7 @@ public:
     void setPlaybackRate(std::optional<double> rate);    // now playing: none when no information
     void notePrayerChanged();                            // prayer service: any change
 
+    // How many times the rule has run, to see that bursts of changes stay cheap.
     std::size_t evaluationCount() const { return evaluations_; }
 
 signals:

@@ -204,7 +204,6 @@ void NotchViewModel::open(bool byHover, bool focus)
     cancelScheduled();
     status_ = NotchStatus::open;
     emit statusChanged();
-    emit closedSizeChanged(); // the hot zone follows the status
     if (onStatusChange)
         onStatusChange(NotchStatus::open, focus);
 }
@@ -216,7 +215,6 @@ void NotchViewModel::close()
     cancelScheduled();
     status_ = NotchStatus::closed;
     emit statusChanged();
-    emit closedSizeChanged();
     if (onStatusChange)
         onStatusChange(NotchStatus::closed, false);
 }

@@ -280,19 +280,5 @@ TEST(AppSettingsWriting, AnUnknownRawValueFromQmlIsRefusedWithALogLine)
     EXPECT_TRUE(log.contains("\"doubleClick\""));
 }
 
-TEST(SettingsEnums, RawValuesRoundTripAndUnknownTextIsRejected)
-{
-    for (auto language : allAppLanguages)
-        EXPECT_EQ(appLanguageFromRaw(rawValue(language)), language);
-    for (auto theme : allAppThemes)
-        EXPECT_EQ(appThemeFromRaw(rawValue(theme)), theme);
-    for (auto mode : allOpenModes)
-        EXPECT_EQ(openModeFromRaw(rawValue(mode)), mode);
-    for (auto page : allSettingsPages)
-        EXPECT_EQ(settingsPageFromRaw(rawValue(page)), page);
-    EXPECT_FALSE(appThemeFromRaw("System"));
-    EXPECT_FALSE(settingsPageFromRaw(""));
-}
-
 } // namespace
 } // namespace navro

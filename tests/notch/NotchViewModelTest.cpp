@@ -272,13 +272,5 @@ TEST_F(NotchViewModelTest, QmlSelectsTabsByRawValue)
     EXPECT_TRUE(log.contains("\"Clipboard\""));
 }
 
-TEST_F(NotchViewModelTest, OpenSettingsReachesTheInstalledCallback)
-{
-    int opened = 0;
-    model.onOpenSettings = [&] { ++opened; };
-    model.openSettings();
-    EXPECT_EQ(opened, 1);
-}
-
 } // namespace
 } // namespace navro
