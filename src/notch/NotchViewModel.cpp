@@ -95,10 +95,10 @@ void NotchViewModel::setActivity(std::optional<ClosedActivity> activity)
 {
     if (activity_ == activity)
         return;
-    const int widthBefore = closedWidth();
+    const QRect closedBefore = closedRect();
     activity_ = std::move(activity);
     emit activityChanged();
-    if (closedWidth() != widthBefore)
+    if (closedRect() != closedBefore)
         emit closedSizeChanged();
 }
 
@@ -127,12 +127,10 @@ void NotchViewModel::setGeometry(const NotchGeometry& geometry)
 {
     if (geometry_ == geometry)
         return;
-    const bool sizeChanged = geometry_.closedSize != geometry.closedSize ||
-                             geometry_.screenX != geometry.screenX ||
-                             geometry_.screenWidth != geometry.screenWidth;
+    const QRect closedBefore = closedRect();
     geometry_ = geometry;
     emit geometryChanged();
-    if (sizeChanged)
+    if (closedRect() != closedBefore)
         emit closedSizeChanged();
 }
 

@@ -239,6 +239,9 @@ TEST_F(NotchViewModelTest, TheClosedNotchWidensAroundItsCentreWhileAnActivitySho
     model.setActivity(std::nullopt);
     EXPECT_EQ(model.closedWidth(), 190);
     EXPECT_EQ(sizeSignals, 3);
+    model.setGeometry(NotchGeometry{"HDMI-1", 1920, 0, 2560, 1440, false, {190, 32}});
+    EXPECT_EQ(model.closedRect(), QRect(1920 + 1185, 0, 190, 32));
+    EXPECT_EQ(sizeSignals, 4) << "the same size on another screen moves the notch";
 }
 
 TEST_F(NotchViewModelTest, TheOpenNotchHangsCentredFromTheTopOfTheScreen)
