@@ -4,6 +4,7 @@
 
 #include <QLocale>
 #include <cmath>
+#include <limits>
 
 namespace navro {
 
@@ -56,6 +57,12 @@ StoreRead<int> QSettingsStore::readInt(const QString& key) const
     const QVariant value = settings_.value(key);
     if (value.typeId() == QMetaType::Int)
         return StoreRead<int>::found(value.toInt());
+    // Native stores (property lists) may hand back any whole number as 64 bits.
+    if (value.typeId() == QMetaType::LongLong) {
+        const qlonglong wide = value.toLongLong();
+        if (wide >= std::numeric_limits<int>::min() && wide <= std::numeric_limits<int>::max())
+            return StoreRead<int>::found(int(wide));
+    }
     if (value.typeId() == QMetaType::QString) {
         bool ok = false;
         const int number = value.toString().toInt(&ok, 10);
@@ -72,7 +79,8 @@ StoreRead<double> QSettingsStore::readDouble(const QString& key) const
     const QVariant value = settings_.value(key);
     bool ok = false;
     double number = 0;
-    if (value.typeId() == QMetaType::Double || value.typeId() == QMetaType::Int)
+    if (value.typeId() == QMetaType::Double || value.typeId() == QMetaType::Int ||
+        value.typeId() == QMetaType::LongLong)
         number = value.toDouble(&ok);
     else if (value.typeId() == QMetaType::QString)
         number = QLocale::c().toDouble(value.toString(), &ok);
