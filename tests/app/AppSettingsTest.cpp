@@ -102,6 +102,7 @@ TEST(AppSettingsLoading, ValuesOfAnotherTypeYieldTheDefaultAndALogLine)
 
 TEST(AppSettingsLoading, OnboardingIsCompletedOnlyByAStoredTrue)
 {
+    CapturingLogSink log;
     for (auto [stored, expected] : std::vector<std::pair<FakeSettingsStore::Value, bool>>{
              {true, true}, {false, false}, {QStringLiteral("true"), false}, {1, false}}) {
         FakeSettingsStore store;
@@ -127,6 +128,7 @@ TEST(AppSettingsLoading, LanguageThemeAndMethodFallBackToTheirFirstCase)
 
 TEST(AppSettingsLoading, OpenModeAndAsrMethodTakeTheirOtherCaseOnlyForItsExactText)
 {
+    CapturingLogSink log;
     const std::vector<std::tuple<QString, OpenMode, AsrMethod>> cases{
         {"click", OpenMode::click, AsrMethod::standard},
         {"Click", OpenMode::hover, AsrMethod::standard},
@@ -141,6 +143,7 @@ TEST(AppSettingsLoading, OpenModeAndAsrMethodTakeTheirOtherCaseOnlyForItsExactTe
         EXPECT_EQ(loaded.settings.openMode(), mode) << text.toStdString();
         EXPECT_EQ(loaded.settings.asrMethod(), asr) << text.toStdString();
     }
+    EXPECT_TRUE(log.contains("setting \"openMode\" has no choice \"Click\""));
 }
 
 TEST(AppSettingsLoading, SettingsPageStartsAtGeneralWhateverWasShownLast)
