@@ -85,6 +85,8 @@ NotchWindowController::NotchWindowController(NotchViewModel& viewModel, AppSetti
 
 NotchWindowController::~NotchWindowController()
 {
+    // The panel reports its own hiding while it is destroyed; nobody is listening by then.
+    panel_->disconnect(this);
     viewModel_.onStatusChange = nullptr;
     viewModel_.setPointerQuery(nullptr);
 }

@@ -30,6 +30,7 @@ var files = {
     "sun.max": "sun",
     "globe": "globe",
     "character.bubble": "languages",
+    "cursorarrow": "mouse-pointer-2",
     "cursorarrow.click": "mouse-pointer-click",
     "mic": "mic",
     "record.circle": "circle-dot",

@@ -1,8 +1,107 @@
 import QtQuick
+import QtQuick.Layouts
 import QtQuick.Window
+import "."
 
+// The tray item's panel: the four actions of the application. Positioned at the tray item by
+// the application, closed when it loses focus.
 Window {
-    width: 320
-    height: 200
+    id: window
+    readonly property bool arabic: settings.isArabic
+    flags: Qt.Tool | Qt.FramelessWindowHint | Qt.WindowStaysOnTopHint | Qt.NoDropShadowWindowHint
+    width: 272
+    height: card.implicitHeight + 2 * margin
+    readonly property int margin: 6
+    color: "transparent"
     title: "Navro"
+
+    Shortcut {
+        sequence: "Escape"
+        onActivated: window.hide()
+    }
+
+    Rectangle {
+        id: card
+        anchors.fill: parent
+        anchors.margins: window.margin
+        implicitHeight: content.implicitHeight + 16
+        radius: Theme.windowRadius
+        color: Theme.windowBackground
+        border.color: Theme.cardBorder
+        border.width: 1
+        LayoutMirroring.enabled: window.arabic
+        LayoutMirroring.childrenInherit: true
+
+        ColumnLayout {
+            id: content
+            anchors { left: parent.left; right: parent.right; top: parent.top; margins: 8 }
+            spacing: 2
+
+            RowLayout {
+                Layout.fillWidth: true
+                Layout.margins: 6
+                spacing: 10
+                Rectangle {
+                    width: 30; height: 30; radius: 8
+                    color: Theme.notchFill
+                    NotchShape {
+                        anchors.horizontalCenter: parent.horizontalCenter
+                        width: 14; height: 5
+                        earRadius: 2; bottomRadius: 2
+                        fill: Theme.accent
+                    }
+                }
+                ColumnLayout {
+                    spacing: 0
+                    Layout.fillWidth: true
+                    Text {
+                        text: "Navro"
+                        color: Theme.text
+                        font.family: "Noto Sans"
+                        font.pixelSize: Theme.titleSize
+                        font.weight: Font.Bold
+                    }
+                    Text {
+                        text: !settings.notchEnabled ? (window.arabic ? "النوتش مخفي" : "The notch is hidden")
+                              : notch.isOpen ? (window.arabic ? "النوتش مفتوح" : "The notch is open")
+                              : (window.arabic ? "النوتش جاهز" : "The notch is ready")
+                        color: Theme.secondaryText
+                        font.family: Theme.fontFamily
+                        font.pixelSize: Theme.smallSize
+                    }
+                }
+            }
+
+            Rectangle { Layout.fillWidth: true; Layout.topMargin: 4; Layout.bottomMargin: 4; height: 1; color: Theme.separator }
+
+            MenuRow {
+                objectName: "openNotchAction"
+                symbol: "rectangle.topthird.inset.filled"
+                title: window.arabic ? "فتح النوتش" : "Open Notch"
+                shortcut: "Ctrl+Alt+L"
+                onTriggered: { window.hide(); app.openNotch(); }
+            }
+            MenuRow {
+                objectName: "settingsAction"
+                symbol: "gearshape"
+                title: window.arabic ? "الإعدادات…" : "Settings…"
+                onTriggered: { window.hide(); app.openSettings(); }
+            }
+            MenuRow {
+                objectName: "aboutAction"
+                symbol: "info.circle"
+                title: window.arabic ? "حول نافرو" : "About Navro"
+                onTriggered: { window.hide(); app.openAbout(); }
+            }
+
+            Rectangle { Layout.fillWidth: true; Layout.topMargin: 4; Layout.bottomMargin: 4; height: 1; color: Theme.separator }
+
+            MenuRow {
+                objectName: "quitAction"
+                symbol: "power"
+                title: window.arabic ? "إنهاء نافرو" : "Quit Navro"
+                onTriggered: app.quit()
+            }
+        }
+    }
 }

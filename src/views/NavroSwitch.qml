@@ -1,0 +1,36 @@
+import QtQuick
+import QtQuick.Controls
+import "."
+
+// An on/off switch in the windows' theme.
+Switch {
+    id: control
+    padding: 0
+    implicitWidth: 40
+    implicitHeight: 24
+    text: ""
+
+    indicator: Rectangle {
+        implicitWidth: 40
+        implicitHeight: 24
+        x: control.mirrored ? 0 : control.width - width
+        y: (control.height - height) / 2
+        radius: height / 2
+        color: control.checked ? Theme.accent : Theme.buttonBackground
+        opacity: control.enabled ? 1 : 0.5
+        Behavior on color { ColorAnimation { duration: Theme.fadeDuration } }
+
+        Rectangle {
+            readonly property real travel: parent.width - width - 4
+            x: 2 + (control.checked !== control.mirrored ? travel : 0)
+            anchors.verticalCenter: parent.verticalCenter
+            width: 20
+            height: 20
+            radius: 10
+            color: "#ffffff"
+            border.color: Qt.rgba(0, 0, 0, 0.12)
+            Behavior on x { NumberAnimation { duration: Theme.fadeDuration; easing.type: Easing.OutCubic } }
+        }
+    }
+    contentItem: Item {}
+}

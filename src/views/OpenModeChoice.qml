@@ -1,0 +1,83 @@
+import QtQuick
+import QtQuick.Layouts
+import "."
+
+// The two ways the notch opens, as cards that explain themselves.
+RowLayout {
+    id: choice
+    readonly property bool arabic: settings.isArabic
+    spacing: Theme.spacing
+    Layout.fillWidth: true
+
+    Repeater {
+        model: [
+            { "value": "hover", "symbol": "cursorarrow",
+              "title": ["Hover", "التمرير"],
+              "detail": ["Opens when you rest the pointer on it", "يُفتح عند وضع المؤشر عليه"] },
+            { "value": "click", "symbol": "cursorarrow.click",
+              "title": ["Click", "النقر"],
+              "detail": ["Stays closed until you click it", "يبقى مغلقاً حتى تنقر عليه"] }
+        ]
+        delegate: Rectangle {
+            id: card
+            readonly property bool selected: settings.openMode === modelData.value
+            objectName: "openMode_" + modelData.value
+            Layout.fillWidth: true
+            Layout.preferredWidth: 1
+            implicitHeight: 82
+            radius: Theme.cardRadius
+            color: Theme.cardBackground
+            border.width: selected ? 2 : 1
+            border.color: selected ? Theme.accent : Theme.cardBorder
+
+            ColumnLayout {
+                anchors.fill: parent
+                anchors.margins: 12
+                spacing: 6
+                RowLayout {
+                    Layout.fillWidth: true
+                    spacing: 8
+                    Icon {
+                        symbol: modelData.symbol
+                        color: card.selected ? Theme.accent : Theme.secondaryText
+                        size: 16
+                    }
+                    Text {
+                        Layout.fillWidth: true
+                        text: modelData.title[choice.arabic ? 1 : 0]
+                        color: Theme.text
+                        font.family: Theme.fontFamily
+                        font.pixelSize: Theme.bodySize
+                        font.weight: Font.DemiBold
+                    }
+                    // The radio mark.
+                    Rectangle {
+                        width: 16; height: 16; radius: 8
+                        color: "transparent"
+                        border.width: 2
+                        border.color: card.selected ? Theme.accent : Theme.cardBorder
+                        Rectangle {
+                            anchors.centerIn: parent
+                            visible: card.selected
+                            width: 8; height: 8; radius: 4
+                            color: Theme.accent
+                        }
+                    }
+                }
+                Text {
+                    Layout.fillWidth: true
+                    text: modelData.detail[choice.arabic ? 1 : 0]
+                    color: Theme.secondaryText
+                    font.family: Theme.fontFamily
+                    font.pixelSize: Theme.smallSize + 1
+                    wrapMode: Text.WordWrap
+                }
+            }
+            MouseArea {
+                anchors.fill: parent
+                cursorShape: Qt.PointingHandCursor
+                onClicked: settings.openMode = modelData.value
+            }
+        }
+    }
+}

@@ -1,0 +1,15 @@
+import QtQuick
+import QtQuick.Controls
+import QtQuick.Layouts
+import "."
+
+PageScaffold {
+    id: page
+    title: settings.isArabic ? "الصلاة" : "Prayer"
+
+    Loader {
+        Layout.fillWidth: true
+        Layout.preferredHeight: item ? item.implicitHeight : 0
+        source: "PrayerSettingsPage.qml"
+    }
+}

@@ -1,0 +1,188 @@
+#include "notch/NotchWindowController.h"
+
+#include "FakeSettingsStore.h"
+#include "ManualClock.h"
+#include "QtTestApplication.h"
+#include "app/AppSettings.h"
+#include "notch/NotchPanel.h"
+#include "notch/PanelWindowSystem.h"
+
+#include <QCursor>
+#include <QEnterEvent>
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QQmlEngine>
+#include <QScreen>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+namespace navro {
+namespace {
+
+using namespace std::chrono_literals;
+
+class RecordingWindowSystem final : public PanelWindowSystem {
+public:
+    bool canShapeInput() const override { return true; }
+    void setInputRegion(QWindow& window, const QRegion& region) override
+    {
+        EXPECT_NE(window.handle(), nullptr) << "shaped before the native window exists";
+        regions.push_back(region);
+    }
+
+    std::vector<QRegion> regions;
+};
+
+class NotchWindowControllerTest : public ::testing::Test {
+protected:
+    static void SetUpTestSuite()
+    {
+        // The offscreen platform has no OpenGL; Qt Quick's software renderer draws there.
+        qputenv("QT_QUICK_BACKEND", "software");
+        QtTestApplication::ensure();
+    }
+
+    NotchWindowControllerTest()
+    {
+        QFile file(directory.filePath(QStringLiteral("Root.qml")));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write("import QtQuick\nItem {}\n");
+        file.close();
+        controller = std::make_unique<NotchWindowController>(model, settings, engine, windowSystem,
+                                                             QUrl::fromLocalFile(file.fileName()));
+    }
+
+    QRect local(const QRect& global) const
+    {
+        return global.translated(-controller->panel()->position());
+    }
+    QRegion lastRegion() const
+    {
+        return windowSystem.regions.empty() ? QRegion() : windowSystem.regions.back();
+    }
+    void send(QEvent::Type type, int key)
+    {
+        QKeyEvent event(type, key, Qt::NoModifier);
+        QCoreApplication::sendEvent(controller->panel(), &event);
+    }
+    void press(const QPoint& at)
+    {
+        QMouseEvent event(QEvent::MouseButtonPress, at, controller->panel()->mapToGlobal(at),
+                          Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(controller->panel(), &event);
+    }
+
+    QTemporaryDir directory;
+    ManualClock clock;
+    FakeSettingsStore store;
+    AppSettings settings{store, [] { return QStringList(); }};
+    NotchViewModel model{clock, settings};
+    QQmlEngine engine;
+    RecordingWindowSystem windowSystem;
+    std::unique_ptr<NotchWindowController> controller;
+};
+
+TEST_F(NotchWindowControllerTest, ShowsTheFixedPanelAtTheTopCentreOfThePrimaryScreen)
+{
+    ASSERT_TRUE(controller->isVisible());
+    const QRect screen = QGuiApplication::primaryScreen()->geometry();
+    const QRect frame = controller->panel()->geometry();
+    EXPECT_EQ(frame.size(), QSize(728, 280));
+    EXPECT_EQ(frame.top(), screen.top());
+    EXPECT_LE(std::abs((frame.left() - screen.left()) - (screen.right() - frame.right())), 1);
+    EXPECT_EQ(model.geometry().screenWidth, screen.width());
+}
+
+TEST_F(NotchWindowControllerTest, TakesPointerInputOnlyOverTheDrawnNotch)
+{
+    EXPECT_EQ(lastRegion(), QRegion(local(model.closedRect())));
+    model.open(false, false);
+    EXPECT_EQ(lastRegion(), QRegion(QRect(20, 0, 688, 260)));
+    model.close();
+    EXPECT_EQ(lastRegion(), QRegion(local(model.closedRect())));
+
+    model.setActivity(ClosedActivity::music());
+    EXPECT_EQ(lastRegion(), QRegion(local(model.closedRect())));
+    EXPECT_GT(lastRegion().boundingRect().width(), 190);
+}
+
+TEST_F(NotchWindowControllerTest, TurningTheNotchOffHidesAndClosesItAndOnShowsItAgain)
+{
+    int visibilityChanges = 0;
+    QObject counting;
+    QObject::connect(controller.get(), &NotchWindowController::visibilityChanged, &counting,
+                     [&] { ++visibilityChanges; });
+    model.open(false, false);
+    settings.setNotchEnabled(false);
+    EXPECT_FALSE(controller->isVisible());
+    EXPECT_FALSE(model.isOpen());
+    settings.setNotchEnabled(true);
+    EXPECT_TRUE(controller->isVisible());
+    EXPECT_EQ(visibilityChanges, 2);
+}
+
+TEST_F(NotchWindowControllerTest, AClickOnTheClosedNotchOpensItWithFocus)
+{
+    std::vector<bool> focus;
+    auto installed = model.onStatusChange;
+    model.onStatusChange = [&](NotchStatus status, bool withFocus) {
+        focus.push_back(withFocus);
+        installed(status, withFocus);
+    };
+    press(local(model.closedRect()).center());
+    EXPECT_TRUE(model.isOpen());
+    EXPECT_FALSE(model.openedByHover());
+    EXPECT_EQ(focus, std::vector<bool>{true});
+}
+
+TEST_F(NotchWindowControllerTest, EscapeClosesTheOpenNotch)
+{
+    model.open(false, true);
+    send(QEvent::KeyPress, Qt::Key_A);
+    EXPECT_TRUE(model.isOpen());
+    send(QEvent::KeyPress, Qt::Key_Escape);
+    EXPECT_FALSE(model.isOpen());
+}
+
+TEST_F(NotchWindowControllerTest, ThePointerOnTheNotchOpensItAfterTheHoverDelayInHoverModeOnly)
+{
+    QCursor::setPos(model.closedRect().center());
+    const QPointF at = local(model.closedRect()).center();
+    QEnterEvent enter(at, at, model.closedRect().center());
+    QCoreApplication::sendEvent(controller->panel(), &enter);
+    EXPECT_TRUE(model.isHovering());
+    EXPECT_TRUE(model.isOpenScheduled());
+    clock.advance(150ms);
+    EXPECT_TRUE(model.isOpen());
+    EXPECT_TRUE(model.openedByHover());
+
+    model.close();
+    settings.setOpenMode(OpenMode::click);
+    QEnterEvent again(at, at, model.closedRect().center());
+    QCoreApplication::sendEvent(controller->panel(), &again);
+    EXPECT_FALSE(model.isOpenScheduled());
+}
+
+TEST_F(NotchWindowControllerTest, ThePointerLeavingTheOpenPanelFarAwaySchedulesTheClose)
+{
+    QCursor::setPos(model.closedRect().center());
+    model.open(true, false);
+    QCursor::setPos(model.openRect().bottomLeft() + QPoint(0, 200));
+    QEvent leave(QEvent::Leave);
+    QCoreApplication::sendEvent(controller->panel(), &leave);
+    EXPECT_FALSE(model.isHovering());
+    EXPECT_TRUE(model.isCloseScheduled());
+    clock.advance(250ms);
+    EXPECT_FALSE(model.isOpen());
+}
+
+TEST_F(NotchWindowControllerTest, ThePointerQueryAnswersWithTheViewModelsHotZone)
+{
+    EXPECT_EQ(controller->hotZone(), model.hotZoneRect());
+    model.open(false, false);
+    EXPECT_EQ(controller->hotZone(), model.openRect().adjusted(-20, 0, 20, 20));
+}
+
+} // namespace
+} // namespace navro
