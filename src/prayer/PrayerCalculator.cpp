@@ -1,6 +1,7 @@
 #include "prayer/PrayerCalculator.h"
 
 #include "prayer/PrayerAstronomy.h"
+#include "prayer/SystemZone.h"
 
 #include <cmath>
 #include <mutex>
@@ -17,6 +18,9 @@ constexpr int ramadanMonthIndex = 8; // ICU counts months from 0
 
 std::unique_ptr<icu::TimeZone> knownZone(const std::string& id)
 {
+    // The system's database first: it follows rule changes that postdate the ICU release.
+    if (auto zone = systemTimeZone(id))
+        return zone;
     std::unique_ptr<icu::TimeZone> zone(
         icu::TimeZone::createTimeZone(icu::UnicodeString::fromUTF8(id)));
     if (!zone || *zone == icu::TimeZone::getUnknown())
