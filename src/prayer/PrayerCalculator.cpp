@@ -159,6 +159,8 @@ PrayerCalculator::PrayerCalculator(const PrayerCalculator& other)
     : latitude_(other.latitude_), longitude_(other.longitude_), method_(other.method_),
       asr_(other.asr_), zones_(std::make_unique<Zones>()), warnings_(other.warnings_)
 {
+    if (!other.zones_)
+        return; // a moved-from calculator copies as an unusable one
     std::lock_guard lock(other.zones_->mutex);
     zones_->civil = clone(other.zones_->civil);
     zones_->hijri = clone(other.zones_->hijri);
