@@ -72,6 +72,8 @@ void NotchPointerRules::statusChanged(bool isOpen, bool focus)
     host_.setTracking(false);
     if (isOpen && focus)
         host_.activateWindow();
+    else if (!isOpen)
+        host_.releaseFocus();
 }
 
 } // namespace navro

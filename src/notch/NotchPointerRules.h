@@ -31,6 +31,8 @@ public:
         virtual void open(bool byHover, bool focus) = 0;
         virtual void close() = 0;
         virtual void activateWindow() = 0;
+        // Gives keyboard focus back to whoever had it before the panel took it, if it has it.
+        virtual void releaseFocus() = 0;
         virtual void setTracking(bool on) = 0;
     };
 

@@ -4,6 +4,7 @@
 #include "notch/NotchPanel.h"
 #include "notch/NotchPanelLayout.h"
 #include "notch/NotchScreens.h"
+#include "notch/PanelWindowSystem.h"
 
 #include <QCursor>
 #include <QGuiApplication>
@@ -22,7 +23,7 @@ constexpr auto trackingInterval = std::chrono::milliseconds(40);
 NotchWindowController::NotchWindowController(NotchViewModel& viewModel, AppSettings& settings,
                                              QQmlEngine& engine, PanelWindowSystem& windowSystem,
                                              const QUrl& rootView)
-    : viewModel_(viewModel), settings_(settings),
+    : viewModel_(viewModel), settings_(settings), windowSystem_(windowSystem),
       panel_(std::make_unique<NotchPanel>(&engine, windowSystem))
 {
     viewModel_.setPointerQuery(this);
@@ -116,7 +117,15 @@ bool NotchWindowController::pointerInOpenHotZone() const
 
 void NotchWindowController::activateWindow()
 {
+    if (!panel_->isActive())
+        windowSystem_.rememberFocus(*panel_);
     panel_->activate();
+}
+
+void NotchWindowController::releaseFocus()
+{
+    if (panel_->isActive())
+        windowSystem_.returnFocus(*panel_);
 }
 
 void NotchWindowController::setTracking(bool on)

@@ -58,6 +58,7 @@ private:
     void open(bool byHover, bool focus) override { viewModel_.open(byHover, focus); }
     void close() override { viewModel_.close(); }
     void activateWindow() override;
+    void releaseFocus() override;
     void setTracking(bool on) override;
 
     void watchScreen(QScreen* screen);
@@ -67,6 +68,7 @@ private:
 
     NotchViewModel& viewModel_;
     AppSettings& settings_;
+    PanelWindowSystem& windowSystem_;
     std::unique_ptr<NotchPanel> panel_;
     NotchPointerRules rules_{*this};
     QTimer tracking_;

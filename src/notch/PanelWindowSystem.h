@@ -9,7 +9,8 @@ namespace navro {
 
 // What the notch window needs of the window system beyond Qt's own window flags: letting the
 // pointer through everywhere but the drawn notch, so that the transparent rest of the window
-// never swallows a click meant for what lies below it.
+// never swallows a click meant for what lies below it; and handing keyboard focus back to the
+// window that had it, since the window manager does not look after a window it does not manage.
 class PanelWindowSystem {
 public:
     virtual ~PanelWindowSystem() = default;
@@ -18,6 +19,10 @@ public:
     virtual bool canShapeInput() const = 0;
     // `region` in the window's own logical coordinates. The window must have been created.
     virtual void setInputRegion(QWindow& window, const QRegion& region) = 0;
+    // Called just before the panel takes keyboard focus: remembers the active window.
+    virtual void rememberFocus(QWindow& panel) = 0;
+    // Called when the panel closes while it still has focus: activates the remembered window.
+    virtual void returnFocus(QWindow& panel) = 0;
 };
 
 // The display server's implementation; defined by the platform code.

@@ -16,15 +16,37 @@ SettingsRow {
     Slider {
         id: slider
         anchors.verticalCenter: parent.verticalCenter
-        width: 150
+        width: 130
         from: 0
         to: 1
         stepSize: 0.05
         snapMode: Slider.SnapAlways
         value: settings.hoverDelay
         onMoved: settings.hoverDelay = Math.round(value * 100) / 100
-        palette.dark: Theme.accent
-        palette.midlight: Theme.buttonBackground
+        background: Rectangle {
+            x: slider.leftPadding
+            y: slider.topPadding + slider.availableHeight / 2 - height / 2
+            width: slider.availableWidth
+            height: 4
+            radius: 2
+            color: Theme.buttonBackground
+            Rectangle {
+                x: slider.mirrored ? parent.width - width : 0
+                width: slider.position * parent.width
+                height: parent.height
+                radius: 2
+                color: Theme.accent
+            }
+        }
+        handle: Rectangle {
+            x: slider.leftPadding + slider.visualPosition * (slider.availableWidth - width)
+            y: slider.topPadding + slider.availableHeight / 2 - height / 2
+            width: 18
+            height: 18
+            radius: 9
+            color: "#ffffff"
+            border.color: Theme.cardBorder
+        }
     }
     Text {
         anchors.verticalCenter: parent.verticalCenter

@@ -1,8 +1,8 @@
 import QtQuick
 import "Icons.js" as Icons
 
-// One symbol of the icon set, drawn in one colour.
-Image {
+// One symbol of the icon set, drawn in one colour, as large as `size` in layouts too.
+Item {
     id: icon
     property string symbol: "circle"
     property color color: "white"
@@ -10,10 +10,15 @@ Image {
 
     width: size
     height: size
-    sourceSize: Qt.size(size * 2, size * 2)
-    source: Icons.source(symbol, color)
-    fillMode: Image.PreserveAspectFit
-    smooth: true
-    mipmap: true
-    asynchronous: false
+    implicitWidth: size
+    implicitHeight: size
+
+    Image {
+        anchors.fill: parent
+        sourceSize: Qt.size(icon.size * 2, icon.size * 2)
+        source: Icons.source(icon.symbol, icon.color)
+        fillMode: Image.PreserveAspectFit
+        smooth: true
+        mipmap: true
+    }
 }

@@ -24,15 +24,15 @@ RowLayout {
             objectName: "openMode_" + modelData.value
             Layout.fillWidth: true
             Layout.preferredWidth: 1
-            implicitHeight: 82
+            implicitHeight: cardContent.implicitHeight + 24
             radius: Theme.cardRadius
             color: Theme.cardBackground
             border.width: selected ? 2 : 1
             border.color: selected ? Theme.accent : Theme.cardBorder
 
             ColumnLayout {
-                anchors.fill: parent
-                anchors.margins: 12
+                id: cardContent
+                anchors { left: parent.left; right: parent.right; top: parent.top; margins: 12 }
                 spacing: 6
                 RowLayout {
                     Layout.fillWidth: true

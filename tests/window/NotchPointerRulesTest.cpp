@@ -24,6 +24,7 @@ public:
     }
     void close() override { calls.push_back("close"); }
     void activateWindow() override { calls.push_back("activate"); }
+    void releaseFocus() override { calls.push_back("release"); }
     void setTracking(bool on) override
     {
         tracking = on;
@@ -169,7 +170,7 @@ TEST_F(NotchPointerRulesTest, EveryStatusChangeCancelsBothPendingTasksAndTrackin
 {
     rules.statusChanged(true, false);
     rules.statusChanged(false, false);
-    EXPECT_EQ(host.calls, (Calls{"cancel", "untrack", "cancel", "untrack"}));
+    EXPECT_EQ(host.calls, (Calls{"cancel", "untrack", "cancel", "untrack", "release"}));
 }
 
 TEST_F(NotchPointerRulesTest, OpeningWithFocusActivatesTheWindow)

@@ -30,8 +30,12 @@ public:
         EXPECT_NE(window.handle(), nullptr) << "shaped before the native window exists";
         regions.push_back(region);
     }
+    void rememberFocus(QWindow&) override { ++remembered; }
+    void returnFocus(QWindow&) override { ++returned; }
 
     std::vector<QRegion> regions;
+    int remembered = 0;
+    int returned = 0;
 };
 
 class NotchWindowControllerTest : public ::testing::Test {
@@ -182,6 +186,24 @@ TEST_F(NotchWindowControllerTest, ThePointerQueryAnswersWithTheViewModelsHotZone
     EXPECT_EQ(controller->hotZone(), model.hotZoneRect());
     model.open(false, false);
     EXPECT_EQ(controller->hotZone(), model.openRect().adjusted(-20, 0, 20, 20));
+}
+
+TEST_F(NotchWindowControllerTest, FocusGoesBackToItsOwnerWhenTheFocusedNotchCloses)
+{
+    model.open(false, true);
+    QCoreApplication::processEvents();
+    ASSERT_TRUE(controller->panel()->isActive());
+    EXPECT_EQ(windowSystem.remembered, 1);
+    model.close();
+    EXPECT_EQ(windowSystem.returned, 1);
+}
+
+TEST_F(NotchWindowControllerTest, ANotchOpenedWithoutFocusDoesNotAskForIt)
+{
+    // (The offscreen platform activates every window it shows, so only the request is checked.)
+    model.open(true, false);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(windowSystem.remembered, 0);
 }
 
 } // namespace

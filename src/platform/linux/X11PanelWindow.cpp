@@ -1,7 +1,8 @@
-#include "platform/linux/X11InputShape.h"
+#include "platform/linux/X11PanelWindow.h"
 
 #include <QGuiApplication>
 #include <QWindow>
+#include <X11/Xatom.h>
 #include <X11/Xlib.h>
 #include <X11/extensions/shape.h>
 #include <cmath>
@@ -16,9 +17,28 @@ Display* qtDisplay()
     return x11 ? x11->display() : nullptr;
 }
 
+// The window manager's active window, or 0 when it names none (or there is no such manager).
+Window activeWindow(Display* display)
+{
+    const Atom property = XInternAtom(display, "_NET_ACTIVE_WINDOW", False);
+    Atom type = None;
+    int format = 0;
+    unsigned long count = 0;
+    unsigned long remaining = 0;
+    unsigned char* data = nullptr;
+    Window active = 0;
+    if (XGetWindowProperty(display, DefaultRootWindow(display), property, 0, 1, False, XA_WINDOW,
+                           &type, &format, &count, &remaining, &data) == Success &&
+        data && type == XA_WINDOW && format == 32 && count == 1)
+        active = static_cast<Window>(*reinterpret_cast<unsigned long*>(data));
+    if (data)
+        XFree(data);
+    return active;
+}
+
 } // namespace
 
-X11InputShape::X11InputShape()
+X11PanelWindow::X11PanelWindow()
 {
     if (Display* display = qtDisplay()) {
         int eventBase = 0;
@@ -26,16 +46,16 @@ X11InputShape::X11InputShape()
         int major = 0;
         int minor = 0;
         // Input shapes arrived with version 1.1 of the extension.
-        available_ = XShapeQueryExtension(display, &eventBase, &errorBase) &&
-                     XShapeQueryVersion(display, &major, &minor) &&
-                     (major > 1 || (major == 1 && minor >= 1));
+        canShape_ = XShapeQueryExtension(display, &eventBase, &errorBase) &&
+                    XShapeQueryVersion(display, &major, &minor) &&
+                    (major > 1 || (major == 1 && minor >= 1));
     }
 }
 
-void X11InputShape::setInputRegion(QWindow& window, const QRegion& region)
+void X11PanelWindow::setInputRegion(QWindow& window, const QRegion& region)
 {
     Display* display = qtDisplay();
-    if (!available_ || !display)
+    if (!canShape_ || !display)
         return;
     const qreal ratio = window.devicePixelRatio();
     std::vector<XRectangle> rectangles;
@@ -57,9 +77,47 @@ void X11InputShape::setInputRegion(QWindow& window, const QRegion& region)
     XFlush(display);
 }
 
+void X11PanelWindow::rememberFocus(QWindow& panel)
+{
+    Display* display = qtDisplay();
+    if (!display)
+        return;
+    const Window active = activeWindow(display);
+    if (active != static_cast<Window>(panel.winId()))
+        previousActive_ = active;
+}
+
+void X11PanelWindow::returnFocus(QWindow& panel)
+{
+    Display* display = qtDisplay();
+    if (!display)
+        return;
+    const Window previous = previousActive_;
+    previousActive_ = 0;
+    if (previous == 0 || previous == static_cast<Window>(panel.winId())) {
+        // Nobody to hand it to: let keyboard focus follow the pointer rather than stay with a
+        // closed notch.
+        XSetInputFocus(display, PointerRoot, RevertToPointerRoot, CurrentTime);
+        XFlush(display);
+        return;
+    }
+    XEvent event = {};
+    event.xclient.type = ClientMessage;
+    event.xclient.window = previous;
+    event.xclient.message_type = XInternAtom(display, "_NET_ACTIVE_WINDOW", False);
+    event.xclient.format = 32;
+    // Source 2: a pager, i.e. the user's own choice, which managers honour without focus-stealing
+    // prevention.
+    event.xclient.data.l[0] = 2;
+    event.xclient.data.l[1] = CurrentTime;
+    XSendEvent(display, DefaultRootWindow(display), False,
+               SubstructureRedirectMask | SubstructureNotifyMask, &event);
+    XFlush(display);
+}
+
 std::unique_ptr<PanelWindowSystem> makePanelWindowSystem()
 {
-    return std::make_unique<X11InputShape>();
+    return std::make_unique<X11PanelWindow>();
 }
 
 } // namespace navro
