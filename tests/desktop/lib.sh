@@ -116,7 +116,7 @@ desktop_start() {
     trap 'exit 143' TERM
 
     local tool
-    for tool in Xvfb dbus-daemon openbox xcompmgr xsetroot xdotool gdbus import "$DESKTOP_HELPER"; do
+    for tool in Xvfb dbus-daemon openbox xcompmgr xdotool gdbus import "$DESKTOP_HELPER"; do
         if ! command -v "$tool" >/dev/null 2>&1; then
             desktop_say "missing $tool: run scripts/install-deps.sh"
             return 1
@@ -149,9 +149,10 @@ desktop_start() {
     export DBUS_SESSION_BUS_ADDRESS
     DBUS_SESSION_BUS_ADDRESS=$(head -n1 "$DESKTOP_DIR/bus-address")
 
-    xsetroot -solid '#3060a0'
     desktop_spawn openbox openbox --sm-disable
     wait_until 10 "the window manager" desktop_wm_ready || return 1
+    # After the window manager, which paints the root itself when it starts.
+    "$DESKTOP_HELPER" background 3060a0 || return 1
     desktop_spawn xcompmgr xcompmgr -n
     wait_until 10 "the compositor" desktop_has_selection_owner _NET_WM_CM_S0 || return 1
     if [ "${DESKTOP_TRAY:-1}" = 1 ]; then
@@ -265,4 +266,141 @@ finish() {
         exit 1
     fi
     exit 0
+}
+
+# --- Test scripts ------------------------------------------------------------------------------
+
+# desktop_test_begin NAVRO_BINARY X11_HELPER NAME: the arguments CTest passes, a screenshot folder
+# (screenshots/NAME under the working directory) and a started desktop.
+desktop_test_begin() {
+    NAVRO=$1
+    DESKTOP_HELPER=$2
+    SHOTS="$PWD/screenshots/$3"
+    rm -rf "$SHOTS"
+    mkdir -p "$SHOTS"
+    if [ ! -x "$NAVRO" ]; then
+        desktop_say "no Navro program at $NAVRO"
+        exit 1
+    fi
+    desktop_start || exit 1
+    # Keep the pointer away from the notch until a check puts it there.
+    xdotool mousemove 100 700
+}
+
+# stays SECONDS COMMAND...: true when COMMAND holds at every poll for SECONDS (for checking that
+# something does not happen).
+stays() {
+    local seconds=$1
+    shift
+    local until=$(($(desktop_now_ms) + $(awk "BEGIN { print int($seconds * 1000) }")))
+    while [ "$(desktop_now_ms)" -lt "$until" ]; do
+        "$@" >/dev/null 2>&1 || return 1
+        sleep 0.05
+    done
+}
+
+# settled_screenshot FILE: a screenshot taken once two in a row are identical (animations done).
+settled_screenshot() {
+    local file=$1 previous="$1.previous.png"
+    screenshot "$previous"
+    local deadline=$(($(desktop_now_ms) + 5000))
+    while :; do
+        screenshot "$file"
+        if cmp -s "$file" "$previous" || [ "$(desktop_now_ms)" -ge "$deadline" ]; then
+            rm -f "$previous"
+            return 0
+        fi
+        mv "$file" "$previous"
+        sleep 0.05
+    done
+}
+
+pixel_is() {
+    [ "$(pixel "$1" "$2" "$3")" = "$4" ]
+}
+
+shows_pixel() {
+    screenshot "$1" && pixel_is "$@"
+}
+
+# drawn SECONDS FILE X Y RRGGBB: waits until a screenshot (kept in FILE) shows that colour there,
+# then until the picture stops changing. The state changes before the first frame is drawn, so
+# a still picture alone could be the frame before an animation.
+drawn() {
+    local seconds=$1
+    shift
+    wait_until "$seconds" "colour $4 at ($2,$3)" shows_pixel "$@" && settled_screenshot "$1"
+}
+
+# Screen geometry of the tests' 1920-pixel-wide screen.
+SCREEN_MIDDLE=960
+BACKGROUND=3060A0
+
+# column_profile FILE X Y W H: one character per column of the area, 1 where something is drawn
+# on the black notch in that column (any channel above 40), 0 where it is all black.
+column_profile() {
+    "$DESKTOP_CONVERT" "$1" -crop "${4}x${5}+${2}+${3}" +repage -depth 8 txt:- | awk -v w="$4" '
+        /^#/ { next }
+        {
+            split($1, at, ","); gsub(/[()]/, "", $2); split($2, c, ",")
+            if (c[1] > 40 || c[2] > 40 || c[3] > 40) lit[at[1] + 0] = 1
+        }
+        END { for (i = 0; i < w; i++) printf "%d", (i in lit); print "" }'
+}
+
+# overlap A B: how much two profiles agree where either has content (intersection over union,
+# in percent).
+overlap() {
+    awk -v a="$1" -v b="$2" 'BEGIN {
+        for (i = 1; i <= length(a); i++) {
+            x = substr(a, i, 1); y = substr(b, i, 1)
+            if (x == 1 && y == 1) both++
+            if (x == 1 || y == 1) either++
+        }
+        print either ? int(100 * both / either) : 0
+    }'
+}
+
+reversed() {
+    echo "$1" | rev
+}
+
+# navro_windows PATTERN: ids of Navro's visible windows whose title matches PATTERN.
+navro_windows() {
+    xdotool search --all --onlyvisible --pid "$NAVRO_PID" --name "$1" 2>/dev/null
+}
+
+navro_window_shown() {
+    [ -n "$(navro_windows "$1")" ]
+}
+
+# navro_panel_shown PATTERN: a visible window of Navro's with a matching title that is neither
+# the notch window (728 x 280) nor its tray icon (at most 32 pixels wide).
+navro_panel_shown() {
+    local id geometry
+    for id in $(navro_windows "$1"); do
+        geometry=$(xdotool getwindowgeometry "$id" | awk '/Geometry:/ { print $2 }')
+        case "$geometry" in
+        728x280) ;;
+        *)
+            [ "${geometry%%x*}" -gt 32 ] && return 0
+            ;;
+        esac
+    done
+    return 1
+}
+
+# tray_icon_centre: "X Y" of the tray host's panel once an icon has been docked in it.
+tray_icon_centre() {
+    local id info
+    for id in $(xdotool search --class trayer 2>/dev/null); do
+        info=$(xwininfo -id "$id")
+        echo "$info" | grep -q 'IsViewable' || continue
+        echo "$info" | awk '
+            /Absolute upper-left X/ { x = $NF } /Absolute upper-left Y/ { y = $NF }
+            /Width:/ { w = $NF } /Height:/ { h = $NF }
+            END { if (w >= 16 && h >= 16) print int(x + w / 2), int(y + h / 2); else exit 1 }' &&
+            return 0
+    done
+    return 1
 }

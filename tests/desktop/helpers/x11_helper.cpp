@@ -5,6 +5,9 @@
 //                           and exits 1), then "pressed" on every press it receives
 //   clickpad X Y W H        an unmanaged window there; prints "mapped", then "click X Y" (root
 //                           coordinates) on every button press it receives
+//   background RRGGBB       paint the root in one colour in a way compositors see (a root pixmap
+//                           announced in _XROOTPMAP_ID; xsetroot's plain colour is drawn over)
+#include <X11/Xatom.h>
 #include <X11/Xlib.h>
 #include <X11/keysym.h>
 #include <cstdio>
@@ -79,6 +82,29 @@ int clickpad(Display* display, int x, int y, unsigned width, unsigned height)
     }
 }
 
+int background(Display* display, const char* hex)
+{
+    const unsigned long rgb = std::strtoul(hex, nullptr, 16);
+    const Window root = DefaultRootWindow(display);
+    const int screen = DefaultScreen(display);
+    const Pixmap pixmap =
+        XCreatePixmap(display, root, 1, 1, unsigned(DefaultDepth(display, screen)));
+    XGCValues values{};
+    values.foreground = rgb; // TrueColor 24-bit: the pixel value is the colour
+    const GC gc = XCreateGC(display, pixmap, GCForeground, &values);
+    XFillRectangle(display, pixmap, gc, 0, 0, 1, 1);
+    XFreeGC(display, gc);
+    XSetWindowBackgroundPixmap(display, root, pixmap);
+    XClearWindow(display, root);
+    const Atom property = XInternAtom(display, "_XROOTPMAP_ID", False);
+    XChangeProperty(display, root, property, XA_PIXMAP, 32, PropModeReplace,
+                    reinterpret_cast<const unsigned char*>(&pixmap), 1);
+    // The pixmap must outlive this short-lived client.
+    XSetCloseDownMode(display, RetainPermanent);
+    XCloseDisplay(display);
+    return 0;
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -98,6 +124,10 @@ int main(int argc, char** argv)
         return clickpad(display, std::atoi(argv[2]), std::atoi(argv[3]),
                         unsigned(std::atoi(argv[4])), unsigned(std::atoi(argv[5])));
     }
-    std::fprintf(stderr, "usage: x11_helper owner ATOM | grab-key | clickpad X Y W H\n");
+    if (argc == 3 && std::strcmp(argv[1], "background") == 0) {
+        return background(display, argv[2]);
+    }
+    std::fprintf(
+        stderr, "usage: x11_helper owner ATOM | grab-key | clickpad X Y W H | background RRGGBB\n");
     return 2;
 }
