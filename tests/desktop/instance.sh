@@ -26,4 +26,19 @@ check "the bus name is released" bash -c '! gdbus call --session --dest org.free
     --object-path /org/freedesktop/DBus --method org.freedesktop.DBus.GetNameOwner io.navro.Navro'
 check "Navro did not crash" bash -c "! grep -iE 'segmentation|abort|core dumped' '$NAVRO_LOG'"
 
+# Without a session bus Navro runs all the same, minus the remote control, and says so once.
+desktop_spawn navro-without-bus env DBUS_SESSION_BUS_ADDRESS="unix:path=$DESKTOP_DIR/no-bus-here" "$NAVRO"
+lonely=$DESKTOP_LAST_PID
+lonely_log="$DESKTOP_DIR/logs/navro-without-bus.log"
+check "without a bus the notch is still drawn" \
+    drawn 20 "$SHOTS/without-bus.png" $SCREEN_MIDDLE 10 000000
+check "without a bus Navro says so in one line" \
+    [ "$(grep -c '^Navro: remote control unavailable: ' "$lonely_log")" = 1 ]
+xdotool key ctrl+alt+l
+check "without a bus the hot key still opens the notch" \
+    drawn 5 "$SHOTS/without-bus-open.png" $SCREEN_MIDDLE 250 000000
+desktop_stop "$lonely"
+check "without a bus SIGTERM still exits 0 (status ${DESKTOP_EXIT_STATUS:-none})" \
+    [ "${DESKTOP_EXIT_STATUS:-1}" = 0 ]
+
 finish
