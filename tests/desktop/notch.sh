@@ -60,9 +60,15 @@ check "leaving closes the notch" wait_until 5 "status closed" navro_field_is sta
 xdotool mousemove $SCREEN_MIDDLE 8 mousemove $SCREEN_MIDDLE 700
 check "passing over the notch leaves it closed" stays $((hover_delay * 2)) navro_field_is status closed
 
-# Closing and reopening by D-Bus work too.
+# Closing and reopening by D-Bus work too, and listeners hear of the change.
+desktop_spawn monitor gdbus monitor --session --dest io.navro.Navro --object-path /io/navro/Navro
+monitor=$DESKTOP_LAST_PID
+wait_until 5 "the bus monitor" grep -q . "$DESKTOP_DIR/logs/monitor.log"
 navro_call Open false
 check "Open over the bus opens" wait_until 5 "status open" navro_field_is status open
+check "the change is announced with PropertiesChanged" wait_until 5 "the signal" \
+    grep -q "PropertiesChanged.*'status': <'open'>" "$DESKTOP_DIR/logs/monitor.log"
+desktop_stop "$monitor"
 navro_call Close
 check "Close over the bus closes" wait_until 5 "status closed" navro_field_is status closed
 
