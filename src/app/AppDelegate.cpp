@@ -166,7 +166,9 @@ void AppDelegate::setUpEngine()
 
 void AppDelegate::setUpStatusItem()
 {
-    statusItem_ = std::make_unique<QSystemTrayIcon>(statusItemIcon());
+    const QIcon icon = statusItemIcon();
+    QApplication::setWindowIcon(icon);
+    statusItem_ = std::make_unique<QSystemTrayIcon>(icon);
     statusItem_->setToolTip(QStringLiteral("Navro"));
     connect(statusItem_.get(), &QSystemTrayIcon::activated, this,
             [this](QSystemTrayIcon::ActivationReason reason) {
