@@ -110,9 +110,11 @@ X11HotKey::X11HotKey(Display* display, xcb_connection_t* connection, Qt::Key key
 
 X11HotKey::~X11HotKey()
 {
-    if (QCoreApplication::instance()) {
-        QCoreApplication::instance()->removeNativeEventFilter(this);
+    // Qt closes its X connection with the application; the server then drops our grabs itself.
+    if (!QCoreApplication::instance()) {
+        return;
     }
+    QCoreApplication::instance()->removeNativeEventFilter(this);
     ungrabAll();
 }
 
