@@ -37,5 +37,15 @@ late_rival=$DESKTOP_LAST_PID
 check "the key stays Navro's while it runs" \
     desktop_wait_exit "$late_rival" 10
 check "a second grab of it is refused" grep -q failed "$DESKTOP_DIR/logs/late-rival.log"
+desktop_stop "$NAVRO_PID"
+
+# With the notch switched off there is nothing for the key to open.
+navro_settings hasCompletedOnboarding=true notchEnabled=false
+navro_start "$NAVRO" navro-disabled notchEnabled false || finish
+check "the notch window is not shown while disabled" navro_field_is panelVisible false
+xdotool key ctrl+alt+l
+check "Control+Alt+L does nothing while the notch is off" stays 0.5 navro_field_is status closed
+screenshot "$SHOTS/disabled.png"
+check "no notch is drawn while disabled" pixel_is "$SHOTS/disabled.png" $SCREEN_MIDDLE 10 $BACKGROUND
 
 finish

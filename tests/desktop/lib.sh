@@ -199,14 +199,15 @@ navro_call() {
         --method "io.navro.Navro.$method" "$@" >/dev/null
 }
 
-# navro_start BINARY [NAME]: starts Navro and waits until it answers on the bus with its notch
-# window on screen. Its pid is in NAVRO_PID, its output in $DESKTOP_DIR/logs/NAME.log.
+# navro_start BINARY [NAME [FIELD VALUE]]: starts Navro and waits until it answers on the bus with
+# FIELD of its State at VALUE (by default: its notch window on screen). Its pid is in NAVRO_PID,
+# its output in $DESKTOP_DIR/logs/NAME.log.
 navro_start() {
-    local binary=$1 name=${2:-navro}
+    local binary=$1 name=${2:-navro} field=${3:-panelVisible} value=${4:-true}
     desktop_spawn "$name" "$binary"
     NAVRO_PID=$DESKTOP_LAST_PID
     NAVRO_LOG="$DESKTOP_DIR/logs/$name.log"
-    wait_until 20 "Navro on the session bus" navro_field_is panelVisible true
+    wait_until 20 "Navro on the session bus with $field $value" navro_field_is "$field" "$value"
 }
 
 # --- Pictures ----------------------------------------------------------------------------------
