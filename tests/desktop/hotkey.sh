@@ -23,6 +23,7 @@ check "nothing is said about the missing key" \
     bash -c "! grep -iE 'hot ?key|grab|BadAccess|XCB error' '$NAVRO_LOG'"
 desktop_stop "$NAVRO_PID"
 desktop_stop "$rival"
+wait_until 5 "the server to release the rival's grab" "$DESKTOP_HELPER" key-free || finish
 
 # Then with the key free.
 navro_start "$NAVRO" || finish

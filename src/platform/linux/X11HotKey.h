@@ -14,6 +14,8 @@ namespace navro {
 
 // A passive key grab on the root window of an X display. The press reaches us through Qt's xcb
 // event stream, so the grab must be made on Qt's own connection.
+// Grabs belong to the connection, not to this object: two hot keys for the same combination in
+// one process share one grab, and destroying either releases it.
 class X11HotKey final : public HotKey, private QAbstractNativeEventFilter {
 public:
     // Grabs on Qt's display (the Xlib handle is for key-map look-ups, the xcb one for requests).

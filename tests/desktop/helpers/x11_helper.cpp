@@ -3,6 +3,7 @@
 //                           compositor, a tray host), 1 otherwise
 //   grab-key                hold Control+Alt+L like a rival program; prints "grabbed" (or "failed"
 //                           and exits 1), then "pressed" on every press it receives
+//   key-free                exit 0 when Control+Alt+L could be grabbed right now (and let it go)
 //   clickpad X Y W H        an unmanaged window there; prints "mapped", then "click X Y" (root
 //                           coordinates) on every button press it receives
 //   background RRGGBB       paint the root in one colour in a way compositors see (a root pixmap
@@ -33,7 +34,7 @@ int owner(Display* display, const char* name)
     return XGetSelectionOwner(display, atom) != None ? 0 : 1;
 }
 
-int grabKey(Display* display)
+int grabKey(Display* display, bool probeOnly)
 {
     const Window root = DefaultRootWindow(display);
     const KeyCode key = XKeysymToKeycode(display, XK_l);
@@ -47,6 +48,11 @@ int grabKey(Display* display)
     if (grabFailed) {
         std::puts("failed");
         return 1;
+    }
+    if (probeOnly) {
+        XUngrabKey(display, key, AnyModifier, root);
+        XSync(display, False);
+        return 0;
     }
     std::puts("grabbed");
     std::fflush(stdout);
@@ -118,7 +124,10 @@ int main(int argc, char** argv)
         return owner(display, argv[2]);
     }
     if (argc == 2 && std::strcmp(argv[1], "grab-key") == 0) {
-        return grabKey(display);
+        return grabKey(display, false);
+    }
+    if (argc == 2 && std::strcmp(argv[1], "key-free") == 0) {
+        return grabKey(display, true);
     }
     if (argc == 6 && std::strcmp(argv[1], "clickpad") == 0) {
         return clickpad(display, std::atoi(argv[2]), std::atoi(argv[3]),
@@ -127,7 +136,7 @@ int main(int argc, char** argv)
     if (argc == 3 && std::strcmp(argv[1], "background") == 0) {
         return background(display, argv[2]);
     }
-    std::fprintf(
-        stderr, "usage: x11_helper owner ATOM | grab-key | clickpad X Y W H | background RRGGBB\n");
+    std::fprintf(stderr, "usage: x11_helper owner ATOM | grab-key | key-free | clickpad X Y W H | "
+                         "background RRGGBB\n");
     return 2;
 }
