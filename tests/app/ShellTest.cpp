@@ -136,10 +136,13 @@ TEST_F(ShellTest, DecodeUtf8RejectsMalformedSequences)
 
 TEST_F(ShellTest, AnswerNeverArrivesInsideTheCallAndLargeOutputIsComplete)
 {
-    bool called = false;
-    shell.run("relative", {}, &context, [&](std::optional<QByteArray>) { called = true; });
-    EXPECT_FALSE(called) << "even an immediate refusal is delivered later";
-    EXPECT_TRUE(waitFor([&] { return called; }));
+    for (const QString& path : {QString("relative"), QString("/no/such/program"), QString("/")}) {
+        bool called = false;
+        shell.run(path, {}, &context, [&](std::optional<QByteArray>) { called = true; });
+        EXPECT_FALSE(called) << "even an immediate refusal is delivered later: "
+                             << path.toStdString();
+        EXPECT_TRUE(waitFor([&] { return called; }));
+    }
 
     // More than a pipe buffer holds, so the program only exits once we have read it.
     const auto big = run("/bin/sh", {"-c", "head -c 1000000 /dev/zero"});
