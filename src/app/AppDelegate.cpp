@@ -13,6 +13,8 @@
 #include "notch/NotchViewModel.h"
 #include "notch/NotchWindowController.h"
 #include "notch/PanelWindowSystem.h"
+#include "platform/linux/LinuxSystemTimeEvents.h"
+#include "prayer/PrayerService.h"
 
 #include <QApplication>
 #include <QGuiApplication>
@@ -73,8 +75,11 @@ void AppDelegate::start()
 {
     QPointer<AppDelegate> self(this);
 
-    // Prayer service: not part of the program yet.
+    timeEvents_ = std::make_unique<LinuxSystemTimeEvents>();
+    prayer_ = std::make_unique<PrayerService>(*settings_, clock_, *timeEvents_);
     activityCenter_ = std::make_unique<ActivityCenter>(clock_, *settings_);
+    connect(prayer_.get(), &PrayerService::prayerChanged, activityCenter_.get(),
+            &ActivityCenter::notePrayerChanged);
     notchModel_ = std::make_unique<NotchViewModel>(clock_, *settings_);
     notchModel_->mirror(*activityCenter_);
 
@@ -159,9 +164,7 @@ void AppDelegate::setUpEngine()
     context->setContextProperty(QStringLiteral("notch"), notchModel_.get());
     context->setContextProperty(QStringLiteral("activityCenter"), activityCenter_.get());
     context->setContextProperty(QStringLiteral("app"), actions_.get());
-    // The prayer page reads `prayer`; until the service exists it is null, which the page
-    // handles.
-    context->setContextProperty(QStringLiteral("prayer"), nullptr);
+    context->setContextProperty(QStringLiteral("prayer"), prayer_.get());
 }
 
 void AppDelegate::setUpStatusItem()
@@ -172,8 +175,10 @@ void AppDelegate::setUpStatusItem()
     statusItem_->setToolTip(QStringLiteral("Navro"));
     connect(statusItem_.get(), &QSystemTrayIcon::activated, this,
             [this](QSystemTrayIcon::ActivationReason reason) {
-                // Left and right buttons alike; a double click already sent its first click.
-                if (reason == QSystemTrayIcon::Trigger || reason == QSystemTrayIcon::Context)
+                // Left and right buttons alike. The second click of a quick pair arrives as
+                // DoubleClick instead of Trigger; it is still one click of its own.
+                if (reason == QSystemTrayIcon::Trigger || reason == QSystemTrayIcon::Context ||
+                    reason == QSystemTrayIcon::DoubleClick)
                     statusItemClicked(*this, statusItem_->geometry());
             });
     statusItem_->show();

@@ -24,6 +24,8 @@ class NotchViewModel;
 class NotchWindowController;
 class OnboardingFinish;
 class PanelWindowSystem;
+class PrayerService;
+class SystemTimeEvents;
 class QSettingsStore;
 class QmlWindowHost;
 
@@ -81,6 +83,8 @@ private:
     std::unique_ptr<QmlWindowHost> menuPanel_;
     std::unique_ptr<QmlWindowHost> onboarding_;
     std::unique_ptr<LaunchAtLogin> launchAtLogin_;
+    std::unique_ptr<SystemTimeEvents> timeEvents_;
+    std::unique_ptr<PrayerService> prayer_;
     std::unique_ptr<ActivityCenter> activityCenter_;
     std::unique_ptr<NotchViewModel> notchModel_;
     std::unique_ptr<PanelWindowSystem> panelWindowSystem_;
