@@ -17,7 +17,7 @@ Item {
             width: 84
             height: 84
             radius: 20
-            color: Theme.notchFill
+            color: Theme.accent
             // The app's mark: a notch hanging from the top edge.
             NotchShape {
                 anchors.horizontalCenter: parent.horizontalCenter
@@ -26,7 +26,7 @@ Item {
                 height: 14
                 earRadius: 4
                 bottomRadius: 6
-                fill: Theme.accent
+                fill: Theme.notchFill
             }
             Icon {
                 anchors.centerIn: parent

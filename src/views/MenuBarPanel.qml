@@ -43,12 +43,12 @@ Window {
                 spacing: 10
                 Rectangle {
                     width: 30; height: 30; radius: 8
-                    color: Theme.notchFill
+                    color: Theme.accent
                     NotchShape {
                         anchors.horizontalCenter: parent.horizontalCenter
                         width: 14; height: 5
                         earRadius: 2; bottomRadius: 2
-                        fill: Theme.accent
+                        fill: Theme.notchFill
                     }
                 }
                 ColumnLayout {
