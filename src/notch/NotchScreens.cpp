@@ -38,7 +38,9 @@ std::vector<ScreenDescription> describeScreens(const QList<QScreen*>& screens,
     std::vector<ScreenDescription> described;
     described.reserve(static_cast<std::size_t>(screens.size()));
     for (const QScreen* screen : screens) {
-        if (screen)
+        // An output that is connected but shows nothing (no mode set) reports an empty frame;
+        // a notch there would hang off the left edge of the desktop.
+        if (screen && !screen->geometry().isEmpty())
             described.push_back(describeScreen(*screen, screen == primary));
     }
     return described;

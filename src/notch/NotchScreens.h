@@ -17,7 +17,8 @@ namespace navro {
 ScreenDescription describeScreen(const QString& name, const QRect& geometry,
                                  const QRect& availableGeometry, bool isMain);
 ScreenDescription describeScreen(const QScreen& screen, bool isMain);
-// In Qt's screen order; the primary screen is the main one.
+// In Qt's screen order, leaving out screens with an empty frame; the primary screen is the main
+// one.
 std::vector<ScreenDescription> describeScreens(const QList<QScreen*>& screens,
                                                const QScreen* primary);
 
