@@ -37,7 +37,7 @@ public:
 
     // Read from the system each time: another program (or the user's file manager) may change
     // the autostart entry behind our back.
-    Q_INVOKABLE bool launchAtLogin() const;
+    bool launchAtLogin() const;
     Q_INVOKABLE void setLaunchAtLogin(bool enabled);
 
 signals:

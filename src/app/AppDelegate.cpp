@@ -133,7 +133,7 @@ void AppDelegate::start()
                                                 self->notchModel_->close();
                                         }});
 
-    connect(&events_, &AppEvents::showOnboardingRequested, this, &AppDelegate::showOnboarding);
+    connect(&events_, &AppEvents::showOnboardingRequested, this, &AppDelegate::presentOnboarding);
     connect(menuPanel_.get(), &QmlWindowHost::deactivated, this, [this] {
         // A panel of the tray item closes when the user turns elsewhere.
         if (menuPanel_->isShown()) {
@@ -143,7 +143,7 @@ void AppDelegate::start()
     });
 
     if (!settings_->hasCompletedOnboarding())
-        showOnboarding();
+        presentOnboarding();
 
     remote_ = publishRemoteControl(*this);
     for (auto signal : {&NotchViewModel::statusChanged, &NotchViewModel::selectedTabChanged,
@@ -214,7 +214,7 @@ void AppDelegate::shutdown()
         store_->sync();
 }
 
-void AppDelegate::showOnboarding()
+void AppDelegate::presentOnboarding()
 {
     closeNotch();
     closeMenuPanel();

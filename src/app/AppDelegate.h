@@ -44,9 +44,9 @@ public:
     // Before the process ends, by the quit action or a termination signal alike.
     void shutdown();
 
-    // Closes the notch and the menu panel and shows onboarding; also the answer to
-    // AppEvents::showOnboardingRequested.
-    void showOnboarding() override;
+    // Raises AppEvents::showOnboardingRequested, whose answer closes the notch and the menu
+    // panel and shows onboarding.
+    void showOnboarding() override { events_.requestOnboarding(); }
     void showSettings(const QString& page);
 
     // RemoteControl
@@ -66,6 +66,7 @@ private:
     void closeMenuPanel() override;
     void showMenuPanel(const QRect& anchor) override;
 
+    void presentOnboarding();
     void setUpEngine();
     void setUpStatusItem();
     void setUpHotKey();
