@@ -66,7 +66,18 @@ Item {
             }
             return { "id": notch.selectedTab, "symbol": "moon", "titleEnglish": "Prayer", "titleArabic": "الصلاة" };
         }
-        sourceComponent: placeholder
+        // The tab's own view where one exists, else what it is.
+        readonly property string view: panel.tabViews[notch.selectedTab] || ""
+        sourceComponent: view === "" ? placeholder : tabView
+    }
+
+    // Tabs with views of their own, by tab id (e.g. "notes": "NotesTab.qml"). A tab that is not
+    // listed shows its symbol and title.
+    readonly property var tabViews: ({})
+
+    Component {
+        id: tabView
+        Loader { source: content.view }
     }
 
     // Until a tab has content of its own it shows what it is.
