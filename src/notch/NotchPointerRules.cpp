@@ -60,6 +60,12 @@ void NotchPointerRules::windowDeactivated()
         host_.close();
 }
 
+void NotchPointerRules::pressedElsewhere()
+{
+    if (host_.isOpen())
+        host_.close();
+}
+
 void NotchPointerRules::escapePressed()
 {
     if (host_.isOpen())
@@ -70,6 +76,7 @@ void NotchPointerRules::statusChanged(bool isOpen, bool focus)
 {
     host_.cancelScheduled();
     host_.setTracking(false);
+    host_.setWatchingPresses(isOpen);
     if (isOpen && focus)
         host_.activateWindow();
     else if (!isOpen)

@@ -11,9 +11,11 @@ namespace navro {
 // after the pointer leaves the notch the rules ask for brief tracking until the pointer is either
 // back on the notch or out of the hot zone.
 //
-// Clicks outside: a panel that holds keyboard focus closes when it loses it (the window manager
-// moves focus to whatever was clicked). A panel without focus closes when the pointer leaves its
-// hot zone in hover mode, or when it was opened by hovering.
+// Clicks outside: while open, the rules watch every button press on the screen, and one outside
+// the open notch closes it, whoever gets the click. Where presses cannot be watched, a panel that
+// holds keyboard focus still closes when it loses it (the window manager moves focus to whatever
+// was clicked). Independently, the pointer leaving the hot zone closes the panel in hover mode,
+// or when it was opened by hovering.
 class NotchPointerRules {
 public:
     // What the rules read and ask for.
@@ -34,6 +36,7 @@ public:
         // Gives keyboard focus back to whoever had it before the panel took it, if it has it.
         virtual void releaseFocus() = 0;
         virtual void setTracking(bool on) = 0;
+        virtual void setWatchingPresses(bool on) = 0;
     };
 
     explicit NotchPointerRules(Host& host) : host_(host) {}
@@ -44,6 +47,8 @@ public:
     void trackPointer();
     void pressed(bool windowIsActive);
     void windowDeactivated();
+    // A button press anywhere on the screen but on the open notch.
+    void pressedElsewhere();
     void escapePressed();
     // After every change of the view model's status.
     void statusChanged(bool isOpen, bool focus);

@@ -90,6 +90,7 @@ NotchWindowController::~NotchWindowController()
     panel_->disconnect(this);
     viewModel_.onStatusChange = nullptr;
     viewModel_.setPointerQuery(nullptr);
+    windowSystem_.watchPresses({});
 }
 
 bool NotchWindowController::isVisible() const
@@ -134,6 +135,19 @@ void NotchWindowController::setTracking(bool on)
         tracking_.start();
     else if (!on)
         tracking_.stop();
+}
+
+void NotchWindowController::setWatchingPresses(bool on)
+{
+    if (!on) {
+        windowSystem_.watchPresses({});
+        return;
+    }
+    windowSystem_.watchPresses([this] {
+        const auto position = pointerPosition();
+        if (position && !viewModel_.openRect().contains(*position))
+            rules_.pressedElsewhere();
+    });
 }
 
 void NotchWindowController::watchScreen(QScreen* screen)

@@ -60,6 +60,7 @@ private:
     void activateWindow() override;
     void releaseFocus() override;
     void setTracking(bool on) override;
+    void setWatchingPresses(bool on) override;
 
     void watchScreen(QScreen* screen);
     void rebuildGeometry();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QRegion>
+#include <functional>
 #include <memory>
 
 class QWindow;
@@ -23,6 +24,10 @@ public:
     virtual void rememberFocus(QWindow& panel) = 0;
     // Called when the panel closes while it still has focus: activates the remembered window.
     virtual void returnFocus(QWindow& panel) = 0;
+    // While `pressed` is set, it is called on a later turn of the event loop after every pointer
+    // button press anywhere on the screen, without taking the press from the window it is for.
+    // An empty function stops the watch. Returns false when presses cannot be watched here.
+    virtual bool watchPresses(std::function<void()> pressed) = 0;
 };
 
 // The display server's implementation; defined by the platform code.

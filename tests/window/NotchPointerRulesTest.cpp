@@ -30,6 +30,7 @@ public:
         tracking = on;
         calls.push_back(on ? "track" : "untrack");
     }
+    void setWatchingPresses(bool on) override { calls.push_back(on ? "watch" : "unwatch"); }
 
     void setOpen(bool byHover)
     {
@@ -170,13 +171,24 @@ TEST_F(NotchPointerRulesTest, EveryStatusChangeCancelsBothPendingTasksAndTrackin
 {
     rules.statusChanged(true, false);
     rules.statusChanged(false, false);
-    EXPECT_EQ(host.calls, (Calls{"cancel", "untrack", "cancel", "untrack", "release"}));
+    EXPECT_EQ(host.calls,
+              (Calls{"cancel", "untrack", "watch", "cancel", "untrack", "unwatch", "release"}));
 }
 
 TEST_F(NotchPointerRulesTest, OpeningWithFocusActivatesTheWindow)
 {
     rules.statusChanged(true, true);
-    EXPECT_EQ(host.calls, (Calls{"cancel", "untrack", "activate"}));
+    EXPECT_EQ(host.calls, (Calls{"cancel", "untrack", "watch", "activate"}));
+}
+
+TEST_F(NotchPointerRulesTest, APressElsewhereClosesTheOpenPanelWhateverOpenedIt)
+{
+    rules.pressedElsewhere();
+    EXPECT_TRUE(host.calls.empty());
+    host.hoverMode = false;
+    host.setOpen(false);
+    rules.pressedElsewhere();
+    EXPECT_EQ(host.calls, (Calls{"close"}));
 }
 
 } // namespace

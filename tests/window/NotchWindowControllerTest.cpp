@@ -32,10 +32,16 @@ public:
     }
     void rememberFocus(QWindow&) override { ++remembered; }
     void returnFocus(QWindow&) override { ++returned; }
+    bool watchPresses(std::function<void()> pressed) override
+    {
+        this->pressed = std::move(pressed);
+        return true;
+    }
 
     std::vector<QRegion> regions;
     int remembered = 0;
     int returned = 0;
+    std::function<void()> pressed;
 };
 
 class NotchWindowControllerTest : public ::testing::Test {
@@ -204,6 +210,22 @@ TEST_F(NotchWindowControllerTest, ANotchOpenedWithoutFocusDoesNotAskForIt)
     model.open(true, false);
     QCoreApplication::processEvents();
     EXPECT_EQ(windowSystem.remembered, 0);
+}
+
+TEST_F(NotchWindowControllerTest, APressOutsideTheOpenNotchClosesItOneOnItDoesNot)
+{
+    EXPECT_FALSE(windowSystem.pressed);
+    model.open(true, false);
+    ASSERT_TRUE(windowSystem.pressed);
+
+    QCursor::setPos(model.openRect().center());
+    windowSystem.pressed();
+    EXPECT_TRUE(model.isOpen());
+
+    QCursor::setPos(model.openRect().bottomRight() + QPoint(5, 5));
+    windowSystem.pressed();
+    EXPECT_FALSE(model.isOpen());
+    EXPECT_FALSE(windowSystem.pressed) << "the watch ends with the open notch";
 }
 
 } // namespace

@@ -1,12 +1,18 @@
 #include "platform/linux/X11PanelWindow.h"
 
 #include <QGuiApplication>
+#include <QPointer>
+#include <QTimer>
 #include <QWindow>
 #include <X11/Xatom.h>
 #include <X11/Xlib.h>
+#include <X11/extensions/XInput2.h>
 #include <X11/extensions/shape.h>
 #include <cmath>
+#include <cstdint>
+#include <cstring>
 #include <vector>
+#include <xcb/xcb.h>
 
 namespace navro {
 namespace {
@@ -49,7 +55,24 @@ X11PanelWindow::X11PanelWindow()
         canShape_ = XShapeQueryExtension(display, &eventBase, &errorBase) &&
                     XShapeQueryVersion(display, &major, &minor) &&
                     (major > 1 || (major == 1 && minor >= 1));
+
+        // Raw events reach root-window listeners whatever grabs are active from version 2.1.
+        int opcode = 0;
+        int inputMajor = 2;
+        int inputMinor = 1;
+        if (XQueryExtension(display, "XInputExtension", &opcode, &eventBase, &errorBase) &&
+            XIQueryVersion(display, &inputMajor, &inputMinor) == Success &&
+            (inputMajor > 2 || (inputMajor == 2 && inputMinor >= 1)))
+            inputOpcode_ = opcode;
     }
+}
+
+X11PanelWindow::~X11PanelWindow()
+{
+    if (pressed_)
+        selectRawPresses(false);
+    if (filterInstalled_ && qApp)
+        qApp->removeNativeEventFilter(this);
 }
 
 void X11PanelWindow::setInputRegion(QWindow& window, const QRegion& region)
@@ -113,6 +136,65 @@ void X11PanelWindow::returnFocus(QWindow& panel)
     XSendEvent(display, DefaultRootWindow(display), False,
                SubstructureRedirectMask | SubstructureNotifyMask, &event);
     XFlush(display);
+}
+
+bool X11PanelWindow::watchPresses(std::function<void()> pressed)
+{
+    if (inputOpcode_ < 0 || !qtDisplay())
+        return false;
+    const bool wasWatching = static_cast<bool>(pressed_);
+    pressed_ = std::move(pressed);
+    ++watch_;
+    if (pressed_ && !filterInstalled_) {
+        qApp->installNativeEventFilter(this);
+        filterInstalled_ = true;
+    }
+    if (static_cast<bool>(pressed_) != wasWatching)
+        selectRawPresses(static_cast<bool>(pressed_));
+    return true;
+}
+
+void X11PanelWindow::selectRawPresses(bool on)
+{
+    Display* display = qtDisplay();
+    if (!display)
+        return;
+    unsigned char bits[XIMaskLen(XI_LASTEVENT)] = {};
+    if (on)
+        XISetMask(bits, XI_RawButtonPress);
+    XIEventMask mask;
+    // Master devices only: Qt keeps its own selection on the root for all devices, and a
+    // selection replaces the earlier one of the same client, window and device.
+    mask.deviceid = XIAllMasterDevices;
+    mask.mask_len = on ? static_cast<int>(sizeof bits) : 0;
+    mask.mask = bits;
+    XISelectEvents(display, DefaultRootWindow(display), &mask, 1);
+    XFlush(display);
+}
+
+bool X11PanelWindow::nativeEventFilter(const QByteArray& eventType, void* message, qintptr*)
+{
+    if (!pressed_ || eventType != "xcb_generic_event_t")
+        return false;
+    auto* event = static_cast<xcb_generic_event_t*>(message);
+    if ((event->response_type & 0x7f) != XCB_GE_GENERIC)
+        return false;
+    auto* generic = reinterpret_cast<xcb_ge_generic_event_t*>(event);
+    if (generic->extension != inputOpcode_ || generic->event_type != XI_RawButtonPress)
+        return false;
+    // The button number follows the event type, device id and time. Wheel "buttons" (4 to 7)
+    // scroll; they are not clicks.
+    std::uint32_t button = 0;
+    std::memcpy(&button, reinterpret_cast<const char*>(event) + 16, sizeof button);
+    if (button >= 4 && button <= 7)
+        return false;
+    // Not from inside Qt's event dispatch: the answer may close windows.
+    // A press made while an earlier watch ran is not this watch's business.
+    QTimer::singleShot(0, &guard_, [this, watch = watch_] {
+        if (pressed_ && watch == watch_)
+            pressed_();
+    });
+    return false;
 }
 
 std::unique_ptr<PanelWindowSystem> makePanelWindowSystem()
