@@ -7,6 +7,12 @@
 
 int main(int argc, char* argv[])
 {
+    // The notch needs what only X11 offers a client (a window above all others at a position of
+    // its choosing, input shapes, a global key grab), so a Wayland session runs it on XWayland.
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") &&
+        !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") && !qEnvironmentVariableIsEmpty("DISPLAY"))
+        qputenv("QT_QPA_PLATFORM", "xcb");
+
     // Widgets only for the tray item (QSystemTrayIcon); every window is Qt Quick.
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Navro"));

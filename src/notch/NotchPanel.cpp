@@ -42,8 +42,12 @@ void NotchPanel::setInputRect(const QRect& rect)
 
 void NotchPanel::applyInputRect()
 {
-    if (!windowSystem_.canShapeInput())
+    if (!windowSystem_.canShapeInput()) {
+        // The window mask limits input too, at the price of clipping the drawing: a closing
+        // notch then snaps shut instead of shrinking, which beats swallowing clicks.
+        setMask(QRegion(inputRect_));
         return;
+    }
     // The shape belongs to the native window, which must exist before the first map so that the
     // window never takes a click over its whole frame, not even for one frame.
     create();

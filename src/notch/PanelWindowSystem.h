@@ -15,8 +15,7 @@ namespace navro {
 class PanelWindowSystem {
 public:
     virtual ~PanelWindowSystem() = default;
-    // Whether setInputRegion can work here; without it the window takes input over its whole
-    // frame, and the notch must then stay hidden while the pointer is elsewhere.
+    // Whether setInputRegion can work here; without it the panel falls back to a window mask.
     virtual bool canShapeInput() const = 0;
     // `region` in the window's own logical coordinates. The window must have been created.
     virtual void setInputRegion(QWindow& window, const QRegion& region) = 0;
