@@ -17,7 +17,7 @@ ColumnLayout {
         width: 64
         height: 64
         radius: 16
-        color: Theme.notchFill
+        color: Theme.accent
         Icon {
             anchors.centerIn: parent
             symbol: page.symbol
