@@ -83,32 +83,17 @@ void AppDelegate::start()
     notchModel_ = std::make_unique<NotchViewModel>(clock_, *settings_);
     notchModel_->mirror(*activityCenter_);
 
-    actions_ = std::make_unique<AppActions>(
-        AppActions::Callbacks{MenuBarActions{[self] {
-                                                 if (!self)
-                                                     return;
-                                                 self->settings_->setNotchEnabled(true);
-                                                 if (self->notchPanelVisible())
-                                                     self->notchModel_->open(false, true);
-                                             },
-                                             [self] {
-                                                 if (self)
-                                                     self->showSettings(QStringLiteral("general"));
-                                             },
-                                             [self] {
-                                                 if (self)
-                                                     self->showSettings(QStringLiteral("about"));
-                                             },
-                                             [] { QCoreApplication::quit(); }},
-                              [self] {
-                                  if (self)
-                                      self->finishOnboarding();
-                              },
-                              [self] {
-                                  if (self)
-                                      self->events_.requestOnboarding();
-                              }},
-        launchAtLogin_.get());
+    AppActions::Callbacks callbacks;
+    callbacks.menu = menuBarActions();
+    callbacks.finishOnboarding = [self] {
+        if (self)
+            self->finishOnboarding();
+    };
+    callbacks.showOnboarding = [self] {
+        if (self)
+            self->events_.requestOnboarding();
+    };
+    actions_ = std::make_unique<AppActions>(std::move(callbacks), launchAtLogin_.get());
     setUpEngine();
 
     panelWindowSystem_ = makePanelWindowSystem();
@@ -122,16 +107,17 @@ void AppDelegate::start()
     setUpStatusItem();
     setUpHotKey();
 
-    onboardingFinish_ = std::make_unique<OnboardingFinish>(
-        clock_, OnboardingFinish::Steps{[self] { return self && self->notchPanelVisible(); },
-                                        [self] {
-                                            if (self)
-                                                self->notchModel_->open(false, false);
-                                        },
-                                        [self] {
-                                            if (self)
-                                                self->notchModel_->close();
-                                        }});
+    OnboardingFinish::Steps demonstration;
+    demonstration.isPanelVisible = [self] { return self && self->notchPanelVisible(); };
+    demonstration.openWithoutFocus = [self] {
+        if (self)
+            self->notchModel_->open(false, false);
+    };
+    demonstration.close = [self] {
+        if (self)
+            self->notchModel_->close();
+    };
+    onboardingFinish_ = std::make_unique<OnboardingFinish>(clock_, std::move(demonstration));
 
     connect(&events_, &AppEvents::showOnboardingRequested, this, &AppDelegate::presentOnboarding);
     connect(menuPanel_.get(), &QmlWindowHost::deactivated, this, [this] {
@@ -154,6 +140,32 @@ void AppDelegate::start()
     connect(notch_.get(), &NotchWindowController::visibilityChanged, this,
             &AppDelegate::publishState);
     publishState();
+}
+
+MenuBarActions AppDelegate::menuBarActions()
+{
+    // Held weakly, like every callback handed out: a button pressed while the delegate goes away
+    // does nothing.
+    QPointer<AppDelegate> self(this);
+    MenuBarActions actions;
+    actions.openNotch = [self] {
+        if (!self)
+            return;
+        // On even when the notch cannot open right now (no screen for it).
+        self->settings_->setNotchEnabled(true);
+        if (self->notchPanelVisible())
+            self->notchModel_->open(false, true);
+    };
+    actions.openSettings = [self] {
+        if (self)
+            self->showSettings(QStringLiteral("general"));
+    };
+    actions.openAbout = [self] {
+        if (self)
+            self->showSettings(QStringLiteral("about"));
+    };
+    actions.quit = [] { QCoreApplication::quit(); };
+    return actions;
 }
 
 void AppDelegate::setUpEngine()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/AppEvents.h"
+#include "app/MenuBarActions.h"
 #include "app/MenuPanelPlacement.h"
 #include "app/QtClock.h"
 #include "app/RemoteControl.h"
@@ -67,6 +68,7 @@ private:
     void showMenuPanel(const QRect& anchor) override;
 
     void presentOnboarding();
+    MenuBarActions menuBarActions();
     void setUpEngine();
     void setUpStatusItem();
     void setUpHotKey();
