@@ -66,9 +66,9 @@ bool LinuxSystemTimeEvents::armClockWatch()
 {
     timespec now{};
     clock_gettime(CLOCK_REALTIME, &now);
-    itimerspec spec{};
-    spec.it_value.tv_sec = now.tv_sec + 10L * 365 * 24 * 3600;
-    return timerfd_settime(clockFd_, TFD_TIMER_ABSTIME | TFD_TIMER_CANCEL_ON_SET, &spec, nullptr) ==
+    itimerspec expiry{};
+    expiry.it_value.tv_sec = now.tv_sec + 10L * 365 * 24 * 3600;
+    return timerfd_settime(clockFd_, TFD_TIMER_ABSTIME | TFD_TIMER_CANCEL_ON_SET, &expiry, nullptr) ==
            0;
 }
 
