@@ -1,6 +1,7 @@
 #include "app/AppSettings.h"
 
 #include "app/Log.h"
+#include "app/RawValue.h"
 
 #include <QLocale>
 
@@ -10,27 +11,6 @@ namespace {
 QString toQString(std::string_view text)
 {
     return QString::fromUtf8(text.data(), qsizetype(text.size()));
-}
-
-std::optional<CalculationMethod> fromRaw(std::string_view raw, CalculationMethod)
-{
-    return calculationMethodFromRaw(raw);
-}
-std::optional<AppTheme> fromRaw(std::string_view raw, AppTheme)
-{
-    return appThemeFromRaw(raw);
-}
-std::optional<AppLanguage> fromRaw(std::string_view raw, AppLanguage)
-{
-    return appLanguageFromRaw(raw);
-}
-std::optional<OpenMode> fromRaw(std::string_view raw, OpenMode)
-{
-    return openModeFromRaw(raw);
-}
-std::optional<AsrMethod> fromRaw(std::string_view raw, AsrMethod)
-{
-    return asrMethodFromRaw(raw);
 }
 
 template <typename T> void logWrongType(const QString& key, const StoreRead<T>& read)
@@ -53,7 +33,7 @@ AppSettings::AppSettings(SettingsStore& store, std::function<QStringList()> pref
 
     hasCompletedOnboarding_ = loadPlainBool(QStringLiteral("hasCompletedOnboarding"));
     prayerCityID_ = loadString(QStringLiteral("prayerCityID"), prayerCityID_);
-    prayerMethod_ = loadEnum(QStringLiteral("prayerMethod"), prayerMethod_);
+    prayerMethod_ = loadEnum(QStringLiteral("prayerMethod"), allCalculationMethods);
     asrMethod_ = loadExactEnum(QStringLiteral("asrMethod"), asrMethod_, AsrMethod::hanafi);
     adhanAlert_ = loadBool(QStringLiteral("adhanAlert"), adhanAlert_);
     adhanSound_ = loadBool(QStringLiteral("adhanSound"), adhanSound_);
@@ -76,11 +56,11 @@ AppSettings::AppSettings(SettingsStore& store, std::function<QStringList()> pref
     clipboardEnabled_ = loadBool(QStringLiteral("clipboardEnabled"), clipboardEnabled_);
     clipboardLimit_ = loadInt(QStringLiteral("clipboardLimit"), clipboardLimit_);
     notchEnabled_ = loadBool(QStringLiteral("notchEnabled"), notchEnabled_);
-    theme_ = loadEnum(QStringLiteral("theme"), theme_);
+    theme_ = loadEnum(QStringLiteral("theme"), allAppThemes);
     // settingsPage is never stored: the settings window opens on general after every launch.
     openMode_ = loadExactEnum(QStringLiteral("openMode"), openMode_, OpenMode::click);
     hoverDelay_ = loadDouble(QStringLiteral("hoverDelay"), hoverDelay_);
-    language_ = loadEnum(QStringLiteral("language"), language_);
+    language_ = loadEnum(QStringLiteral("language"), allAppLanguages);
 }
 
 QStringList AppSettings::systemPreferredLanguages()
@@ -412,16 +392,18 @@ QString AppSettings::loadString(const QString& key, const QString& fallback) con
     return read.valueOr(fallback);
 }
 
-template <typename Enum> Enum AppSettings::loadEnum(const QString& key, Enum fallback) const
+template <typename Enum, std::size_t N>
+Enum AppSettings::loadEnum(const QString& key, const std::array<Enum, N>& allCases) const
 {
+    // Missing or unknown text gives the first case.
     const auto read = store_.readString(key);
     logWrongType(key, read);
     if (!read.hasValue())
-        return fallback;
-    if (auto value = fromRaw(read.value().toStdString(), fallback))
+        return allCases.front();
+    if (auto value = fromRaw(allCases, read.value().toStdString()))
         return *value;
     logRejected(key, read.value());
-    return fallback;
+    return allCases.front();
 }
 
 template <typename Enum>
@@ -433,7 +415,7 @@ Enum AppSettings::loadExactEnum(const QString& key, Enum fallback, Enum onlyChoi
     logWrongType(key, read);
     if (!read.hasValue())
         return fallback;
-    if (auto value = fromRaw(read.value().toStdString(), fallback); value == onlyChoice)
+    if (read.value() == toQString(rawValue(onlyChoice)))
         return onlyChoice;
     if (read.value() != toQString(rawValue(fallback)))
         logRejected(key, read.value());

@@ -198,7 +198,8 @@ private:
     int loadInt(const QString& key, int fallback) const;
     double loadDouble(const QString& key, double fallback) const;
     QString loadString(const QString& key, const QString& fallback) const;
-    template <typename Enum> Enum loadEnum(const QString& key, Enum fallback) const;
+    template <typename Enum, std::size_t N>
+    Enum loadEnum(const QString& key, const std::array<Enum, N>& allCases) const;
     template <typename Enum>
     Enum loadExactEnum(const QString& key, Enum fallback, Enum onlyChoice) const;
     void logRejected(const QString& key, const QString& raw) const;

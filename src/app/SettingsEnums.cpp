@@ -1,22 +1,8 @@
 #include "app/SettingsEnums.h"
 
-#include <algorithm>
+#include "app/RawValue.h"
 
 namespace navro {
-namespace {
-
-template <typename Enum, std::size_t N>
-std::optional<Enum> fromRaw(const std::array<Enum, N>& all, std::string_view raw)
-{
-    auto found =
-        std::find_if(all.begin(), all.end(), [&](Enum value) { return rawValue(value) == raw; });
-    if (found == all.end())
-        return std::nullopt;
-    return *found;
-}
-
-} // namespace
-
 std::string_view rawValue(AppLanguage language)
 {
     switch (language) {

@@ -1,5 +1,7 @@
 #include "notch/NotchTab.h"
 
+#include "app/RawValue.h"
+
 #include <algorithm>
 
 namespace navro {
@@ -87,11 +89,7 @@ std::string_view symbol(NotchTab tab)
 
 std::optional<NotchTab> notchTabFromRaw(std::string_view raw)
 {
-    auto found = std::find_if(allNotchTabs.begin(), allNotchTabs.end(),
-                              [&](NotchTab tab) { return rawValue(tab) == raw; });
-    if (found == allNotchTabs.end())
-        return std::nullopt;
-    return *found;
+    return fromRaw(allNotchTabs, raw);
 }
 
 std::vector<NotchTab> visibleTabs()

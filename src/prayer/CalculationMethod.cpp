@@ -1,5 +1,7 @@
 #include "prayer/CalculationMethod.h"
 
+#include "app/RawValue.h"
+
 namespace navro {
 
 std::string_view rawValue(CalculationMethod method)
@@ -59,18 +61,12 @@ BilingualText title(CalculationMethod method)
 
 std::optional<CalculationMethod> calculationMethodFromRaw(std::string_view raw)
 {
-    for (auto method : allCalculationMethods)
-        if (rawValue(method) == raw)
-            return method;
-    return std::nullopt;
+    return fromRaw(allCalculationMethods, raw);
 }
 
 std::optional<AsrMethod> asrMethodFromRaw(std::string_view raw)
 {
-    for (auto method : allAsrMethods)
-        if (rawValue(method) == raw)
-            return method;
-    return std::nullopt;
+    return fromRaw(allAsrMethods, raw);
 }
 
 } // namespace navro

@@ -1,5 +1,7 @@
 #include "prayer/Prayer.h"
 
+#include "app/RawValue.h"
+
 namespace navro {
 
 std::string_view rawValue(Prayer prayer)
@@ -42,10 +44,7 @@ BilingualText title(Prayer prayer)
 
 std::optional<Prayer> prayerFromRaw(std::string_view raw)
 {
-    for (auto prayer : allPrayers)
-        if (rawValue(prayer) == raw)
-            return prayer;
-    return std::nullopt;
+    return fromRaw(allPrayers, raw);
 }
 
 } // namespace navro
