@@ -1,7 +1,7 @@
 #include "app/Shell.h"
 
-#include <QCoreApplication>
-#include <QDeadlineTimer>
+#include "QtTestApplication.h"
+
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 #include <memory>
@@ -9,61 +9,25 @@
 namespace navro {
 namespace {
 
-QCoreApplication& application()
-{
-    static int argc = 1;
-    static char name[] = "shell_tests";
-    static char* argv[] = {name, nullptr};
-    static QCoreApplication app(argc, argv);
-    return app;
-}
-
-// Turns the event loop until `done` holds or the deadline passes.
-template <typename Predicate> bool waitFor(Predicate done, int milliseconds = 10000)
-{
-    QDeadlineTimer deadline(milliseconds);
-    while (!done() && !deadline.hasExpired()) {
-        application().processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 50);
-    }
-    return done();
-}
-
-struct BytesResult {
-    bool called = false;
-    int calls = 0;
-    std::optional<QByteArray> value;
-};
-
-struct TextResult {
-    bool called = false;
-    std::optional<QString> value;
-};
-
 class ShellTest : public ::testing::Test {
 protected:
-    void SetUp() override { application(); }
+    void SetUp() override { testApplication(); }
 
-    BytesResult run(const QString& path, const QStringList& arguments)
+    // Starts a program through `start` and waits for its answer.
+    template <typename T, typename Start> std::optional<T> answer(Start start)
     {
-        auto result = std::make_shared<BytesResult>();
-        shell.run(path, arguments, &context, [result](std::optional<QByteArray> bytes) {
-            result->called = true;
-            ++result->calls;
-            result->value = std::move(bytes);
-        });
-        EXPECT_TRUE(waitFor([&] { return result->called; }));
-        return *result;
+        auto answers = std::make_shared<std::vector<std::optional<T>>>();
+        start([answers](std::optional<T> value) { answers->push_back(std::move(value)); });
+        EXPECT_TRUE(waitFor([&] { return !answers->empty(); }));
+        return answers->empty() ? std::nullopt : answers->front();
     }
-
-    TextResult text(const QString& path, const QStringList& arguments)
+    std::optional<QByteArray> run(const QString& path, const QStringList& arguments)
     {
-        auto result = std::make_shared<TextResult>();
-        shell.text(path, arguments, &context, [result](std::optional<QString> value) {
-            result->called = true;
-            result->value = std::move(value);
-        });
-        EXPECT_TRUE(waitFor([&] { return result->called; }));
-        return *result;
+        return answer<QByteArray>([&](auto done) { shell.run(path, arguments, &context, done); });
+    }
+    std::optional<QString> text(const QString& path, const QStringList& arguments)
+    {
+        return answer<QString>([&](auto done) { shell.text(path, arguments, &context, done); });
     }
 
     Shell shell;
@@ -72,66 +36,46 @@ protected:
 
 TEST_F(ShellTest, SuccessfulProgramYieldsStandardOutputOnlyAndNeverStandardError)
 {
-    const auto result = run("/bin/sh", {"-c", "echo out; echo err >&2; exit 0"});
-    ASSERT_TRUE(result.value.has_value());
-    EXPECT_EQ(*result.value, QByteArray("out\n"));
-    EXPECT_EQ(result.calls, 1);
-
-    const auto text = this->text("/bin/sh", {"-c", "printf '  padded \\n\\n'"});
-    ASSERT_TRUE(text.value.has_value());
-    EXPECT_EQ(*text.value, QString("  padded \n\n")) << "text is never trimmed";
-
-    const auto silent = run("/bin/true", {});
-    ASSERT_TRUE(silent.value.has_value()) << "exit 0 with no output is an empty answer, not none";
-    EXPECT_TRUE(silent.value->isEmpty());
+    EXPECT_EQ(run("/bin/sh", {"-c", "echo out; echo err >&2; exit 0"}), QByteArray("out\n"));
+    EXPECT_EQ(text("/bin/sh", {"-c", "printf '  padded \\n\\n'"}), QString("  padded \n\n"))
+        << "text is never trimmed";
+    EXPECT_EQ(run("/bin/true", {}), QByteArray()) << "exit 0 with no output is an empty answer";
 }
 
 TEST_F(ShellTest, NonZeroExitOrCrashYieldsNothingEvenAfterPrinting)
 {
-    EXPECT_FALSE(run("/bin/sh", {"-c", "echo printed; exit 1"}).value.has_value());
-    EXPECT_FALSE(text("/bin/sh", {"-c", "echo printed; exit 3"}).value.has_value());
-    EXPECT_FALSE(run("/bin/sh", {"-c", "echo printed; kill -KILL $$"}).value.has_value());
+    EXPECT_EQ(run("/bin/sh", {"-c", "echo printed; exit 1"}), std::nullopt);
+    EXPECT_EQ(text("/bin/sh", {"-c", "echo printed; exit 3"}), std::nullopt);
+    EXPECT_EQ(run("/bin/sh", {"-c", "echo printed; kill -KILL $$"}), std::nullopt);
 }
 
 TEST_F(ShellTest, ArgumentsReachTheProgramVerbatimWithoutAShell)
 {
-    const auto result = run("/bin/echo", {"$HOME", "a b", "*", "; exit 1"});
-    ASSERT_TRUE(result.value.has_value());
-    EXPECT_EQ(*result.value, QByteArray("$HOME a b * ; exit 1\n"));
+    EXPECT_EQ(run("/bin/echo", {"$HOME", "a b", "*", "; exit 1"}),
+              QByteArray("$HOME a b * ; exit 1\n"));
 }
 
 TEST_F(ShellTest, UnusablePathsYieldNothing)
 {
     QTemporaryDir folder;
     ASSERT_TRUE(folder.isValid());
-    EXPECT_FALSE(run(folder.filePath("no-such-program"), {}).value.has_value());
-    EXPECT_FALSE(run("sh", {"-c", "echo relative"}).value.has_value())
-        << "relative paths are refused, not looked up in PATH";
-    EXPECT_FALSE(run("bin/sh", {"-c", "echo relative"}).value.has_value());
-    EXPECT_FALSE(run("", {}).value.has_value());
-    EXPECT_FALSE(run(folder.path(), {}).value.has_value()) << "a folder is not a program";
+    // A missing program, relative paths (never looked up in PATH), nothing, and a folder.
+    for (const QString& path : {folder.filePath("no-such-program"), QString("sh"),
+                                QString("bin/sh"), QString(), folder.path()})
+        EXPECT_EQ(run(path, {"-c", "echo relative"}), std::nullopt) << path.toStdString();
 }
 
 TEST_F(ShellTest, InvalidUtf8IsBytesForRunButNothingForText)
 {
-    const auto bytes = run("/usr/bin/printf", {"ok\\377"});
-    ASSERT_TRUE(bytes.value.has_value());
-    EXPECT_EQ(*bytes.value, QByteArray("ok\xff"));
-    EXPECT_FALSE(text("/usr/bin/printf", {"ok\\377"}).value.has_value());
+    EXPECT_EQ(run("/usr/bin/printf", {"ok\\377"}), QByteArray("ok\xff"));
+    EXPECT_EQ(text("/usr/bin/printf", {"ok\\377"}), std::nullopt);
+    EXPECT_EQ(text("/usr/bin/printf", {"\u0646\u0627\u0641\u0631\u0648"}),
+              QString::fromUtf8("\u0646\u0627\u0641\u0631\u0648"));
 
-    const auto arabic = text("/usr/bin/printf", {"\u0646\u0627\u0641\u0631\u0648"});
-    ASSERT_TRUE(arabic.value.has_value());
-    EXPECT_EQ(*arabic.value, QString::fromUtf8("\u0646\u0627\u0641\u0631\u0648"));
-}
-
-TEST_F(ShellTest, DecodeUtf8RejectsMalformedSequences)
-{
-    EXPECT_EQ(Shell::decodeUtf8(QByteArray("plain")), QString("plain"));
     EXPECT_EQ(Shell::decodeUtf8(QByteArray()), QString());
-    EXPECT_FALSE(Shell::decodeUtf8(QByteArray("\xc3")).has_value()) << "truncated sequence";
-    EXPECT_FALSE(Shell::decodeUtf8(QByteArray("\xc0\xaf")).has_value()) << "overlong encoding";
-    EXPECT_FALSE(Shell::decodeUtf8(QByteArray("\xed\xa0\x80")).has_value()) << "surrogate";
     EXPECT_EQ(Shell::decodeUtf8(QByteArray("caf\xc3\xa9")), QString::fromUtf8("caf\xc3\xa9"));
+    for (const char* malformed : {"\xc3", "\xc0\xaf", "\xed\xa0\x80"}) // cut, overlong, surrogate
+        EXPECT_FALSE(Shell::decodeUtf8(QByteArray(malformed)).has_value()) << malformed;
 }
 
 TEST_F(ShellTest, AnswerNeverArrivesInsideTheCallAndLargeOutputIsComplete)
@@ -145,9 +89,7 @@ TEST_F(ShellTest, AnswerNeverArrivesInsideTheCallAndLargeOutputIsComplete)
     }
 
     // More than a pipe buffer holds, so the program only exits once we have read it.
-    const auto big = run("/bin/sh", {"-c", "head -c 1000000 /dev/zero"});
-    ASSERT_TRUE(big.value.has_value());
-    EXPECT_EQ(big.value->size(), 1000000);
+    EXPECT_EQ(run("/bin/sh", {"-c", "head -c 1000000 /dev/zero"}).value_or("").size(), 1000000);
 }
 
 // True once the process has exited (gone or a zombie): its exit is then waiting for our loop.

@@ -1,39 +1,20 @@
 #include "platform/linux/DBusRemoteControl.h"
 
+#include "QtTestApplication.h"
 #include "app/Log.h"
 
-#include <QCoreApplication>
 #include <QDBusArgument>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusPendingCall>
 #include <QDBusPendingCallWatcher>
 #include <QDBusVariant>
-#include <QDeadlineTimer>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
 namespace navro {
 namespace {
-
-QCoreApplication& application()
-{
-    static int argc = 1;
-    static char name[] = "dbus_tests";
-    static char* argv[] = {name, nullptr};
-    static QCoreApplication app(argc, argv);
-    return app;
-}
-
-template <typename Predicate> bool waitFor(Predicate done, int milliseconds = 10000)
-{
-    QDeadlineTimer deadline(milliseconds);
-    while (!done() && !deadline.hasExpired()) {
-        application().processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 50);
-    }
-    return done();
-}
 
 class RecordingTarget final : public RemoteControl {
 public:
@@ -81,7 +62,7 @@ private:
 
 PrivateBus& bus()
 {
-    application();
+    testApplication();
     static PrivateBus instance;
     return instance;
 }
@@ -175,14 +156,12 @@ TEST_F(DBusRemoteControlTest, StatePropertyMirrorsTheTargetAndIsReadOnly)
     ASSERT_NE(publisher, nullptr);
     QDBusConnection client = connect();
 
-    const QVariantMap state = readState(client);
-    EXPECT_EQ(state.value("status").toString(), "open");
-    EXPECT_EQ(state.value("selectedTab").toString(), "prayer");
-    EXPECT_EQ(state.value("activityKind").toString(), "timer");
-    EXPECT_EQ(state.value("notchEnabled").toBool(), false);
-    EXPECT_EQ(state.value("panelVisible").toBool(), true);
-    EXPECT_EQ(state.value("language").toString(), "arabic");
-    EXPECT_EQ(state.size(), 6);
+    EXPECT_EQ(readState(client), (QVariantMap{{"status", "open"},
+                                              {"selectedTab", "prayer"},
+                                              {"activityKind", "timer"},
+                                              {"notchEnabled", false},
+                                              {"panelVisible", true},
+                                              {"language", "arabic"}}));
 
     auto set = QDBusMessage::createMethodCall(remoteServiceName, remoteObjectPath,
                                               "org.freedesktop.DBus.Properties", "Set");
@@ -215,7 +194,7 @@ TEST_F(DBusRemoteControlTest, PropertiesChangedOnlyForRealChanges)
     ASSERT_TRUE(waitFor([&] { return recorder.states.size() >= 2; }));
     // Signals arrive in order, so a stray one would show up before the second real one.
     readState(client);
-    application().processEvents();
+    QCoreApplication::processEvents();
     ASSERT_EQ(recorder.states.size(), 2);
     EXPECT_EQ(recorder.interfaces, (QStringList{remoteInterfaceName, remoteInterfaceName}));
     EXPECT_EQ(recorder.states[0].value("status").toString(), "open");

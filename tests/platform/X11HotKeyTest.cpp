@@ -1,9 +1,8 @@
 #include "platform/linux/X11HotKey.h"
 
+#include "QtTestApplication.h"
 #include "app/Log.h"
 
-#include <QDeadlineTimer>
-#include <QGuiApplication>
 #include <QProcess>
 #include <gtest/gtest.h>
 
@@ -18,15 +17,6 @@ QStringList qtMessages;
 void recordQtMessage(QtMsgType, const QMessageLogContext&, const QString& message)
 {
     qtMessages << message;
-}
-
-template <typename Predicate> bool waitFor(Predicate done, int milliseconds = 10000)
-{
-    QDeadlineTimer deadline(milliseconds);
-    while (!done() && !deadline.hasExpired()) {
-        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 50);
-    }
-    return done();
 }
 
 bool press(const QString& keys)

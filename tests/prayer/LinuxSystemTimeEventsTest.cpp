@@ -1,8 +1,8 @@
 #include "platform/linux/LinuxSystemTimeEvents.h"
 
+#include "QtTestApplication.h"
 #include "app/Log.h"
 
-#include <QCoreApplication>
 #include <cstdlib>
 #include <gtest/gtest.h>
 
@@ -13,10 +13,7 @@ namespace {
 // comes up quietly, reports the zone the process runs in, and goes away cleanly.
 TEST(LinuxSystemTimeEvents, StartsQuietlyAndReportsTheProcessZone)
 {
-    int argc = 1;
-    char name[] = "test";
-    char* argv[] = {name, nullptr};
-    QCoreApplication app(argc, argv);
+    testApplication();
     const char* previous = std::getenv("TZ");
     const std::string saved = previous ? previous : "";
     ::setenv("TZ", "Asia/Tokyo", 1);

@@ -25,34 +25,23 @@ TEST(NotchScreensTest, CarriesFrameAndWorkAreaOverWithoutACameraHousing)
     EXPECT_TRUE(screen.isMain);
 }
 
+// The virtual notch is as tall as the top panel, and never less than 24 px: a thin panel, one at
+// the bottom, or a work area outside the screen (some window managers report the whole desktop's
+// for every screen) give the minimum.
 TEST(NotchScreensTest, TheVirtualNotchIsAsTallAsTheTopPanel)
 {
-    const auto panel32 = geometryFor(describeScreen(QStringLiteral("a"), QRect(0, 0, 1920, 1080),
-                                                    QRect(0, 32, 1920, 1048), true));
-    EXPECT_EQ(panel32.closedSize, (NotchSize{190, 32}));
-    EXPECT_FALSE(panel32.hasPhysicalNotch);
-
-    // A thin panel, or none, still gives the minimum height.
-    const auto panel18 = geometryFor(describeScreen(QStringLiteral("a"), QRect(0, 0, 1920, 1080),
-                                                    QRect(0, 18, 1920, 1062), true));
-    EXPECT_EQ(panel18.closedSize, (NotchSize{190, 24}));
-    const auto bottomPanel = geometryFor(describeScreen(
-        QStringLiteral("a"), QRect(0, 0, 1920, 1080), QRect(0, 0, 1920, 1040), true));
-    EXPECT_EQ(bottomPanel.closedSize, (NotchSize{190, 24}));
-}
-
-TEST(NotchScreensTest, AWorkAreaOutsideTheScreenIsIgnored)
-{
-    // Some window managers report the work area of the whole desktop for every screen.
-    const ScreenDescription screen = describeScreen(
-        QStringLiteral("HDMI-1"), QRect(1920, 0, 1280, 1024), QRect(0, 40, 3200, 1040), false);
-    EXPECT_EQ(screen.availableY, 0);
-    EXPECT_EQ(screen.availableX, 1920);
-    EXPECT_EQ(geometryFor(screen).closedSize, (NotchSize{190, 24}));
-
-    const ScreenDescription empty =
-        describeScreen(QStringLiteral("x"), QRect(0, 0, 800, 600), QRect(), false);
-    EXPECT_EQ(empty.availableWidth, 800);
+    const QRect frame(1920, 0, 1280, 1024);
+    for (auto [available, height] : {std::pair{QRect(1920, 32, 1280, 992), 32},
+                                     {QRect(1920, 18, 1280, 1006), 24},
+                                     {QRect(1920, 0, 1280, 984), 24},
+                                     {QRect(0, 40, 3200, 1040), 24}}) {
+        const auto screen = describeScreen(QStringLiteral("a"), frame, available, true);
+        EXPECT_EQ(geometryFor(screen).closedSize, (NotchSize{190, height})) << available.y();
+        EXPECT_FALSE(geometryFor(screen).hasPhysicalNotch);
+        EXPECT_TRUE(frame.contains(QRect(screen.availableX, screen.availableY,
+                                         screen.availableWidth, screen.availableHeight)));
+    }
+    EXPECT_EQ(describeScreen("x", QRect(0, 0, 800, 600), QRect(), false).availableWidth, 800);
 }
 
 TEST(NotchScreensTest, ThePrimaryScreenIsChosenAmongScreensWithoutHousing)
@@ -71,7 +60,7 @@ TEST(NotchScreensTest, ThePrimaryScreenIsChosenAmongScreensWithoutHousing)
 
 TEST(NotchScreensTest, DescribesTheApplicationsScreensAndFindsTheOneChosen)
 {
-    QtTestApplication::ensure();
+    testApplication();
     const QList<QScreen*> screens = QGuiApplication::screens();
     ASSERT_FALSE(screens.isEmpty());
     const auto described = describeScreens(screens, QGuiApplication::primaryScreen());

@@ -50,7 +50,7 @@ protected:
     {
         // The offscreen platform has no OpenGL; Qt Quick's software renderer draws there.
         qputenv("QT_QUICK_BACKEND", "software");
-        QtTestApplication::ensure();
+        testApplication();
     }
 
     NotchWindowControllerTest()
