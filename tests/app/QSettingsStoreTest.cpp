@@ -108,28 +108,5 @@ TEST_F(QSettingsStoreTest, EveryWrittenValueReadsBackExactlyFromTheFile)
     EXPECT_EQ(store.readString("empty").value(), "");
 }
 
-TEST_F(QSettingsStoreTest, SettingsSurviveARelaunchExceptThePageShown)
-{
-    {
-        QSettingsStore store(path());
-        AppSettings settings(store, [] { return QStringList(); });
-        settings.setNotchEnabled(false);
-        settings.setLastTimerMinutes(0.1 + 0.2);
-        settings.setLanguage(AppLanguage::arabic);
-        settings.setSettingsPage(SettingsPage::prayer);
-    }
-    const QString copy = dir_.filePath(QStringLiteral("Relaunch.conf"));
-    ASSERT_TRUE(QFile::copy(path(), copy));
-    QSettingsStore store(copy);
-    AppSettings settings(store, [] { return QStringList(); });
-
-    EXPECT_FALSE(settings.notchEnabled());
-    EXPECT_EQ(settings.lastTimerMinutes(), 0.1 + 0.2);
-    EXPECT_EQ(settings.language(), AppLanguage::arabic);
-    EXPECT_TRUE(settings.isArabic());
-    EXPECT_EQ(settings.settingsPage(), SettingsPage::general);
-    EXPECT_EQ(store.readString("settingsPage").state(), StoreRead<QString>::State::missing);
-}
-
 } // namespace
 } // namespace navro
