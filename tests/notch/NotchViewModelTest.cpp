@@ -116,37 +116,34 @@ TEST_F(NotchViewModelTest, ThePrayerTabIsNeverInTheTabBar)
     const auto tabs = visibleTabs();
     EXPECT_EQ(tabs.size(), allNotchTabs.size() - 1);
     EXPECT_EQ(std::find(tabs.begin(), tabs.end(), NotchTab::prayer), tabs.end());
-    EXPECT_EQ(tabs.front(), NotchTab::home);
-    EXPECT_EQ(tabs.back(), NotchTab::devices);
 
     settings.setPrayerInNotch(false);
     QStringList ids;
     for (const auto& tab : model.visibleTabList())
         ids << tab.toMap().value("id").toString();
     EXPECT_FALSE(ids.contains("prayer"));
-    EXPECT_EQ(ids.size(), 9);
-    EXPECT_EQ(model.visibleTabList().front().toMap().value("titleArabic").toString(), "الرئيسية");
+    EXPECT_EQ(ids.size(), qsizetype(tabs.size()));
 }
 
+// The delay is read from the settings when the open is scheduled; an unusable one falls back to
+// 0.15 s with a log line.
 TEST_F(NotchViewModelTest, AScheduledOpenWaitsTheHoverDelay)
 {
-    model.scheduleOpen();
-    clock.advance(149ms);
-    EXPECT_FALSE(model.isOpen());
-    clock.advance(1ms);
-    EXPECT_TRUE(model.isOpen());
-    EXPECT_TRUE(model.openedByHover());
-    EXPECT_EQ(calls, (std::vector<StatusCall>{{NotchStatus::open, false}}));
-}
-
-TEST_F(NotchViewModelTest, TheHoverDelayComesFromTheSettingsAtScheduleTime)
-{
-    settings.setHoverDelay(0.5);
-    model.scheduleOpen();
-    clock.advance(499ms);
-    EXPECT_FALSE(model.isOpen());
-    clock.advance(1ms);
-    EXPECT_TRUE(model.isOpen());
+    for (auto [setting, expected] : {std::pair{0.15, 150ms}, {0.5, 500ms}, {-3.0, 150ms}}) {
+        SCOPED_TRACE(setting);
+        CapturingLogSink log;
+        model.close();
+        calls.clear();
+        settings.setHoverDelay(setting);
+        model.scheduleOpen();
+        clock.advance(expected - 1ms);
+        EXPECT_FALSE(model.isOpen());
+        clock.advance(1ms);
+        EXPECT_TRUE(model.isOpen());
+        EXPECT_TRUE(model.openedByHover());
+        EXPECT_EQ(calls, (std::vector<StatusCall>{{NotchStatus::open, false}}));
+        EXPECT_EQ(log.contains("hoverDelay"), setting < 0);
+    }
 }
 
 TEST_F(NotchViewModelTest, APointerThatLeavesTheHotZoneBeforeTheDelayNeverOpens)
@@ -210,24 +207,10 @@ TEST_F(NotchViewModelTest, WithoutAPointerQueryAHoverOpenIsLoggedAndSkipped)
     EXPECT_TRUE(log.contains("Navro: a hover open"));
 }
 
-TEST_F(NotchViewModelTest, AnUnusableHoverDelayFallsBackWithALogLine)
-{
-    CapturingLogSink log;
-    settings.setHoverDelay(-3);
-    model.scheduleOpen();
-    clock.advance(149ms);
-    EXPECT_FALSE(model.isOpen());
-    clock.advance(1ms);
-    EXPECT_TRUE(model.isOpen());
-    EXPECT_TRUE(log.contains("hoverDelay"));
-}
-
 TEST_F(NotchViewModelTest, TheClosedNotchWidensAroundItsCentreWhileAnActivityShows)
 {
     int sizeSignals = 0;
     QObject::connect(&model, &NotchViewModel::closedSizeChanged, [&] { ++sizeSignals; });
-    EXPECT_EQ(model.closedWidth(), 190);
-    EXPECT_EQ(model.closedHeight(), 32);
     EXPECT_EQ(model.closedRect(), QRect(865, 0, 190, 32));
 
     model.setActivity(ClosedActivity::music());

@@ -52,7 +52,7 @@ TEST(MenuPanelPlacementTest, WithoutAnItemGeometryOpensInTheTopTrailingCorner)
     EXPECT_EQ(rtl.topLeft(), QPoint(6, 28 + 6));
 }
 
-TEST(PopupDismissalTest, CountsAsShownOnlyBrieflyAfterDismissal)
+TEST(PopupDismissalTest, CountsAsShownOnlyBrieflyAfterDismissalUnlessReset)
 {
     ManualClock clock;
     PopupDismissal dismissal;
@@ -62,12 +62,6 @@ TEST(PopupDismissalTest, CountsAsShownOnlyBrieflyAfterDismissal)
     EXPECT_TRUE(dismissal.justDismissed(clock.now()));
     clock.advance(1ms);
     EXPECT_FALSE(dismissal.justDismissed(clock.now()));
-}
-
-TEST(PopupDismissalTest, ResetForgetsTheDismissal)
-{
-    ManualClock clock;
-    PopupDismissal dismissal;
     dismissal.noteDismissed(clock.now());
     dismissal.reset();
     EXPECT_FALSE(dismissal.justDismissed(clock.now()));

@@ -1,6 +1,9 @@
 #include "notch/NotchPointerRules.h"
 
+#include <functional>
 #include <gtest/gtest.h>
+#include <map>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -50,60 +53,94 @@ private:
 
 using Calls = std::vector<std::string>;
 
-class NotchPointerRulesTest : public ::testing::Test {
-protected:
-    RecordingHost host;
-    NotchPointerRules rules{host};
+// Plays a space-separated list of events on the rules.
+void play(NotchPointerRules& rules, const std::string& events)
+{
+    const std::map<std::string, std::function<void()>> named{
+        {"enter", [&] { rules.pointerEntered(); }},
+        {"leave", [&] { rules.pointerLeft(); }},
+        {"press", [&] { rules.pressed(false); }},
+        {"pressInside", [&] { rules.pressed(true); }},
+        {"track", [&] { rules.trackPointer(); }},
+        {"deactivate", [&] { rules.windowDeactivated(); }},
+        {"escape", [&] { rules.escapePressed(); }},
+        {"pressElsewhere", [&] { rules.pressedElsewhere(); }},
+        {"opened", [&] { rules.statusChanged(true, false); }},
+        {"openedWithFocus", [&] { rules.statusChanged(true, true); }},
+        {"closed", [&] { rules.statusChanged(false, false); }},
+    };
+    std::istringstream words(events);
+    for (std::string word; words >> word;)
+        named.at(word)();
+}
+
+// A situation (the open mode, how the panel was opened, where the pointer is), the events that
+// happen in it, and everything the rules ask for in answer.
+struct Case {
+    bool clickMode;
+    std::optional<bool> openedByHover; // none: closed
+    const char* events;
+    Calls expected;
 };
 
-TEST_F(NotchPointerRulesTest, InHoverModeThePointerOnTheClosedNotchSchedulesTheOpen)
+TEST(NotchPointerRulesTest, AnswersEachSituationWithExactlyTheseCalls)
 {
-    rules.pointerEntered();
-    EXPECT_EQ(host.calls, (Calls{"untrack", "scheduleOpen"}));
+    const std::optional<bool> closed, byHover = true, byClick = false;
+    const std::vector<Case> cases{
+        // Hover mode: the pointer on the closed notch schedules the open; leaving the closed
+        // notch leaves the pending open to check the hot zone when it falls due.
+        {false, closed, "enter", {"untrack", "scheduleOpen"}},
+        {false, closed, "leave", {}},
+        // Click mode: the pointer alone never opens; a click opens at once with focus.
+        {true, closed, "enter leave", {"untrack"}},
+        {true, closed, "press", {"open focus"}},
+        {false, closed, "press", {"open focus"}},
+        // A click inside a panel opened without focus takes focus.
+        {false, byHover, "press pressInside", {"activate"}},
+        // Leaving the open panel beyond its hot zone schedules the close, coming back cancels it.
+        {false, byHover, "leave", {"scheduleClose"}},
+        {false, byHover, "leave enter", {"scheduleClose", "untrack", "cancel"}},
+        // In click mode only a panel opened by hover closes on leaving.
+        {true, byClick, "leave", {}},
+        {true, byHover, "leave", {"scheduleClose"}},
+        // Losing focus, Escape and a press elsewhere close an open panel, whatever opened it.
+        {false, closed, "deactivate escape pressElsewhere", {}},
+        {false, byClick, "deactivate", {"close"}},
+        {false, byClick, "escape", {"close"}},
+        {true, byClick, "pressElsewhere", {"close"}},
+        // Every status change cancels both pending tasks and tracking.
+        {false,
+         closed,
+         "opened closed",
+         {"cancel", "untrack", "watch", "cancel", "untrack", "unwatch", "release"}},
+        {false, closed, "openedWithFocus", {"cancel", "untrack", "watch", "activate"}},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(std::string(c.clickMode ? "click mode, " : "hover mode, ") +
+                     (!c.openedByHover   ? "closed"
+                      : *c.openedByHover ? "by hover"
+                                         : "by click") +
+                     ": " + c.events);
+        RecordingHost host;
+        host.hoverMode = !c.clickMode;
+        if (c.openedByHover)
+            host.setOpen(*c.openedByHover);
+        NotchPointerRules rules{host};
+        play(rules, c.events);
+        EXPECT_EQ(host.calls, c.expected);
+    }
 }
 
-TEST_F(NotchPointerRulesTest, InClickModeThePointerAloneNeverOpens)
+TEST(NotchPointerRulesTest, LeavingIntoTheHotZoneTracksUntilThePointerIsOut)
 {
-    host.hoverMode = false;
-    rules.pointerEntered();
-    rules.pointerLeft();
-    EXPECT_EQ(host.calls, (Calls{"untrack"}));
-}
+    RecordingHost closedHost;
+    closedHost.pointerInZone = true;
+    NotchPointerRules closedRules{closedHost};
+    closedRules.trackPointer();
+    EXPECT_EQ(closedHost.calls, (Calls{"untrack"})) << "tracking stops once the notch is closed";
 
-TEST_F(NotchPointerRulesTest, LeavingTheClosedNotchLeavesThePendingOpenToCheckTheHotZone)
-{
-    // The scheduled open looks at the pointer when it falls due; nothing to watch meanwhile.
-    rules.pointerLeft();
-    EXPECT_TRUE(host.calls.empty());
-    EXPECT_FALSE(host.tracking);
-}
-
-TEST_F(NotchPointerRulesTest, AClickOnTheClosedNotchOpensAtOnceWithFocusInEitherMode)
-{
-    rules.pressed(false);
-    host.hoverMode = false;
-    rules.pressed(false);
-    EXPECT_EQ(host.calls, (Calls{"open focus", "open focus"}));
-}
-
-TEST_F(NotchPointerRulesTest, AClickInsideAPanelOpenedWithoutFocusTakesFocus)
-{
-    host.setOpen(true);
-    rules.pressed(false);
-    rules.pressed(true);
-    EXPECT_EQ(host.calls, (Calls{"activate"}));
-}
-
-TEST_F(NotchPointerRulesTest, LeavingTheOpenPanelBeyondItsHotZoneSchedulesTheClose)
-{
-    host.setOpen(true);
-    host.pointerInZone = false;
-    rules.pointerLeft();
-    EXPECT_EQ(host.calls, (Calls{"scheduleClose"}));
-}
-
-TEST_F(NotchPointerRulesTest, LeavingIntoTheHotZoneTracksUntilThePointerIsOut)
-{
+    RecordingHost host;
+    NotchPointerRules rules{host};
     host.setOpen(true);
     host.pointerInZone = true;
     rules.pointerLeft();
@@ -116,79 +153,6 @@ TEST_F(NotchPointerRulesTest, LeavingIntoTheHotZoneTracksUntilThePointerIsOut)
     rules.trackPointer();
     EXPECT_EQ(host.calls, (Calls{"track", "untrack", "scheduleClose"}));
     EXPECT_FALSE(host.tracking);
-}
-
-TEST_F(NotchPointerRulesTest, ComingBackOntoTheOpenPanelKeepsItOpen)
-{
-    host.setOpen(true);
-    rules.pointerLeft();
-    rules.pointerEntered();
-    EXPECT_EQ(host.calls, (Calls{"scheduleClose", "untrack", "cancel"}));
-}
-
-TEST_F(NotchPointerRulesTest, InClickModeAPanelOpenedByClickIgnoresThePointerLeaving)
-{
-    host.hoverMode = false;
-    host.setOpen(false);
-    rules.pointerLeft();
-    EXPECT_TRUE(host.calls.empty());
-}
-
-TEST_F(NotchPointerRulesTest, APanelOpenedByHoverClosesOnLeavingEvenInClickMode)
-{
-    host.hoverMode = false;
-    host.setOpen(true);
-    rules.pointerLeft();
-    EXPECT_EQ(host.calls, (Calls{"scheduleClose"}));
-}
-
-TEST_F(NotchPointerRulesTest, TrackingStopsByItselfOnceTheNotchIsClosed)
-{
-    host.pointerInZone = true;
-    rules.trackPointer();
-    EXPECT_EQ(host.calls, (Calls{"untrack"}));
-}
-
-TEST_F(NotchPointerRulesTest, LosingFocusClosesTheOpenPanel)
-{
-    rules.windowDeactivated();
-    EXPECT_TRUE(host.calls.empty());
-    host.setOpen(false);
-    rules.windowDeactivated();
-    EXPECT_EQ(host.calls, (Calls{"close"}));
-}
-
-TEST_F(NotchPointerRulesTest, EscapeClosesOnlyAnOpenPanel)
-{
-    rules.escapePressed();
-    EXPECT_TRUE(host.calls.empty());
-    host.setOpen(false);
-    rules.escapePressed();
-    EXPECT_EQ(host.calls, (Calls{"close"}));
-}
-
-TEST_F(NotchPointerRulesTest, EveryStatusChangeCancelsBothPendingTasksAndTracking)
-{
-    rules.statusChanged(true, false);
-    rules.statusChanged(false, false);
-    EXPECT_EQ(host.calls,
-              (Calls{"cancel", "untrack", "watch", "cancel", "untrack", "unwatch", "release"}));
-}
-
-TEST_F(NotchPointerRulesTest, OpeningWithFocusActivatesTheWindow)
-{
-    rules.statusChanged(true, true);
-    EXPECT_EQ(host.calls, (Calls{"cancel", "untrack", "watch", "activate"}));
-}
-
-TEST_F(NotchPointerRulesTest, APressElsewhereClosesTheOpenPanelWhateverOpenedIt)
-{
-    rules.pressedElsewhere();
-    EXPECT_TRUE(host.calls.empty());
-    host.hoverMode = false;
-    host.setOpen(false);
-    rules.pressedElsewhere();
-    EXPECT_EQ(host.calls, (Calls{"close"}));
 }
 
 } // namespace

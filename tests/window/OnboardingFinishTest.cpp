@@ -44,6 +44,7 @@ TEST_F(OnboardingFinishTest, OpensHalfASecondAfterAndClosesThreeSecondsLater)
     clock.advance(1ms);
     EXPECT_EQ(steps, (Steps{"open@500", "close@3500"}));
     EXPECT_FALSE(finish.isRunning());
+    finish.interrupt(); // idle: nothing to do
     clock.advance(10s);
     EXPECT_EQ(steps.size(), 2u);
 }
@@ -56,31 +57,22 @@ TEST_F(OnboardingFinishTest, WithoutAVisiblePanelItStillClosesAtTheEnd)
     EXPECT_EQ(steps, (Steps{"close@3500"}));
 }
 
-TEST_F(OnboardingFinishTest, InterruptedDuringTheFirstWaitItOpensAndClosesAtOnce)
+// Interrupted, it opens (if it had not yet) and closes at once; when idle nothing happens.
+TEST_F(OnboardingFinishTest, AnInterruptedFinishStillClosesAtOnce)
 {
-    finish.start();
-    clock.advance(200ms);
-    finish.interrupt();
-    EXPECT_EQ(steps, (Steps{"open@200", "close@200"}));
-    clock.advance(10s);
-    EXPECT_EQ(steps.size(), 2u);
-}
-
-TEST_F(OnboardingFinishTest, InterruptedWhileOpenItClosesAtOnce)
-{
-    finish.start();
-    clock.advance(1s);
-    finish.interrupt();
-    EXPECT_EQ(steps, (Steps{"open@500", "close@1000"}));
-    clock.advance(10s);
-    EXPECT_EQ(steps.size(), 2u);
-}
-
-TEST_F(OnboardingFinishTest, InterruptingWhenIdleDoesNothing)
-{
-    finish.interrupt();
-    clock.advance(10s);
-    EXPECT_TRUE(steps.empty());
+    for (auto [startedFor, expected] : {std::pair{200ms, Steps{"open@200", "close@200"}},
+                                        {1000ms, Steps{"open@500", "close@1000"}}}) {
+        SCOPED_TRACE(startedFor.count());
+        steps.clear();
+        started = clock.now();
+        finish.start();
+        clock.advance(startedFor);
+        finish.interrupt();
+        EXPECT_EQ(steps, expected);
+        finish.interrupt();
+        clock.advance(10s);
+        EXPECT_EQ(steps, expected);
+    }
 }
 
 TEST_F(OnboardingFinishTest, StartingAgainFinishesTheRunningOneFirst)
