@@ -6,6 +6,7 @@
 #include "app/AppSettings.h"
 #include "app/Log.h"
 
+#include <QSet>
 #include <gtest/gtest.h>
 
 namespace navro {
@@ -40,12 +41,13 @@ private:
 };
 
 // What the service should publish for a city, computed independently of its bookkeeping.
-std::map<Prayer, sys_seconds> expectedTimes(const std::string& cityID, CalculationMethod method,
-                                            AsrMethod asr, sys_seconds day,
-                                            const std::string& hijriZone = "Asia/Riyadh")
+std::map<Prayer, sys_seconds> expectedTimes(sys_seconds day, const std::string& cityID = "manama",
+                                            CalculationMethod method = CalculationMethod::ummAlQura,
+                                            AsrMethod asr = AsrMethod::standard)
 {
     const auto city = *PrayerCity::with(cityID);
-    return PrayerCalculator(city.latitude, city.longitude, city.timeZoneID, method, asr, hijriZone)
+    return PrayerCalculator(city.latitude, city.longitude, city.timeZoneID, method, asr,
+                            "Asia/Riyadh")
         .times(day);
 }
 
@@ -71,13 +73,10 @@ TEST(PrayerService, PublishesTodaysTimesForTheStoredCity)
 {
     Fixture f(mayAfternoon, "doha");
     EXPECT_EQ(f.service->city().id, "doha");
-    EXPECT_EQ(f.service->cityEnglish(), "Doha");
-    EXPECT_EQ(f.service->today(), expectedTimes("doha", CalculationMethod::ummAlQura,
-                                                AsrMethod::standard, mayAfternoon));
+    EXPECT_EQ(f.service->today(), expectedTimes(mayAfternoon, "doha"));
     const auto list = f.service->todayTimes();
     ASSERT_EQ(list.size(), 6);
     EXPECT_EQ(list.front().toMap().value("prayer").toString(), "fajr");
-    EXPECT_EQ(list.back().toMap().value("titleArabic").toString(), "العشاء");
     EXPECT_EQ(list.front().toMap().value("time").toDateTime().toSecsSinceEpoch(),
               f.service->today().at(Prayer::fajr).time_since_epoch().count());
     // Doha's clock is UTC+3 all year, whatever the machine's zone.
@@ -95,8 +94,7 @@ TEST(PrayerService, UnknownOrWronglyCasedCityFallsBackToManamaAndSaysSo)
         CapturingLogSink log;
         Fixture f(mayAfternoon, id);
         EXPECT_EQ(f.service->city(), PrayerCity::manama()) << id;
-        EXPECT_EQ(f.service->today(), expectedTimes("manama", CalculationMethod::ummAlQura,
-                                                    AsrMethod::standard, mayAfternoon));
+        EXPECT_EQ(f.service->today(), expectedTimes(mayAfternoon));
         EXPECT_TRUE(log.contains(std::string("\"") + id + "\"")) << id;
     }
 }
@@ -112,14 +110,12 @@ TEST(PrayerService, RecomputesWhenCityMethodOrAsrChanges)
     EXPECT_EQ(city.count(), 1);
     EXPECT_EQ(times.count(), 1);
     EXPECT_EQ(changed.count(), 1);
-    EXPECT_EQ(f.service->today(), expectedTimes("kuwait", CalculationMethod::ummAlQura,
-                                                AsrMethod::standard, mayAfternoon));
+    EXPECT_EQ(f.service->today(), expectedTimes(mayAfternoon, "kuwait"));
 
     f.settings.setPrayerMethod(CalculationMethod::kuwait);
     EXPECT_EQ(city.count(), 1);
     EXPECT_EQ(times.count(), 2);
-    EXPECT_EQ(f.service->today(), expectedTimes("kuwait", CalculationMethod::kuwait,
-                                                AsrMethod::standard, mayAfternoon));
+    EXPECT_EQ(f.service->today(), expectedTimes(mayAfternoon, "kuwait", CalculationMethod::kuwait));
 
     const auto standardAsr = f.service->today().at(Prayer::asr);
     f.settings.setAsrMethod(AsrMethod::hanafi);
@@ -130,10 +126,8 @@ TEST(PrayerService, RecomputesWhenCityMethodOrAsrChanges)
 
 TEST(PrayerService, NextPrayerSkipsSunriseAndWrapsToTomorrowsFajr)
 {
-    const auto today =
-        expectedTimes("manama", CalculationMethod::ummAlQura, AsrMethod::standard, mayAfternoon);
-    const auto tomorrow = expectedTimes("manama", CalculationMethod::ummAlQura, AsrMethod::standard,
-                                        mayAfternoon + days(1));
+    const auto today = expectedTimes(mayAfternoon);
+    const auto tomorrow = expectedTimes(mayAfternoon + days(1));
     {
         Fixture f(today.at(Prayer::fajr) + minutes(1));
         ASSERT_TRUE(f.service->upcoming());
@@ -159,8 +153,7 @@ TEST(PrayerService, NextPrayerSkipsSunriseAndWrapsToTomorrowsFajr)
 
 TEST(PrayerService, WakesAtEachPrayerAndAtTheCitysMidnightOnly)
 {
-    const auto today =
-        expectedTimes("manama", CalculationMethod::ummAlQura, AsrMethod::standard, mayAfternoon);
+    const auto today = expectedTimes(mayAfternoon);
     Fixture f(today.at(Prayer::maghrib) - minutes(30));
     SignalCount next(f.service.get(), &PrayerService::nextPrayerChanged);
     SignalCount times(f.service.get(), &PrayerService::timesChanged);
@@ -189,15 +182,13 @@ TEST(PrayerService, WakesAtEachPrayerAndAtTheCitysMidnightOnly)
     f.clock.advanceTo(wall(midnight) + hours(1));
     EXPECT_EQ(times.count(), 1);
     EXPECT_EQ(publishedAt, wall(midnight));
-    EXPECT_EQ(f.service->today(),
-              expectedTimes("manama", CalculationMethod::ummAlQura, AsrMethod::standard, midnight));
+    EXPECT_EQ(f.service->today(), expectedTimes(midnight));
     EXPECT_EQ(f.clock.pendingCount(), 1u);
 }
 
 TEST(PrayerService, CountdownTicksEverySecondOnlyWhileWatched)
 {
-    const auto today =
-        expectedTimes("manama", CalculationMethod::ummAlQura, AsrMethod::standard, mayAfternoon);
+    const auto today = expectedTimes(mayAfternoon);
     const auto maghrib = today.at(Prayer::maghrib);
     Fixture f(maghrib - minutes(65) - seconds(9));
     EXPECT_EQ(f.service->countdownText(), "1:05:09");
@@ -251,8 +242,7 @@ TEST(PrayerService, ClockSetOrResumeRecomputesAtOnce)
         EXPECT_EQ(times.count(), 0);
         f.events.send(event);
         EXPECT_EQ(times.count(), 1);
-        EXPECT_EQ(f.service->today(), expectedTimes("manama", CalculationMethod::ummAlQura,
-                                                    AsrMethod::standard, mayAfternoon + days(2)));
+        EXPECT_EQ(f.service->today(), expectedTimes(mayAfternoon + days(2)));
         // And it sleeps until the next moment that matters for the new time.
         EXPECT_EQ(f.clock.pendingCount(), 1u);
     }
@@ -288,8 +278,8 @@ TEST(PrayerService, ChoosingACitySwitchesToItsMethodInOneStep)
     EXPECT_EQ(f.settings.prayerCityID(), "cairo");
     EXPECT_EQ(f.settings.prayerMethod(), CalculationMethod::egyptian);
     EXPECT_EQ(changed.count(), 1);
-    EXPECT_EQ(f.service->today(), expectedTimes("cairo", CalculationMethod::egyptian,
-                                                AsrMethod::standard, mayAfternoon));
+    EXPECT_EQ(f.service->today(),
+              expectedTimes(mayAfternoon, "cairo", CalculationMethod::egyptian));
 
     CapturingLogSink log;
     f.service->chooseCity("Cairo");
@@ -301,23 +291,21 @@ TEST(PrayerService, CitiesAreGroupedByCountryInTheCurrentLanguage)
 {
     Fixture f(mayAfternoon);
     auto groups = f.service->citiesByCountry();
-    ASSERT_EQ(groups.size(), 12);
+    QSet<QString> countries;
+    qsizetype total = 0;
+    for (const auto& group : groups) {
+        countries << group.toMap().value("country").toString();
+        total += group.toMap().value("cities").toList().size();
+    }
+    EXPECT_EQ(countries.size(), groups.size()) << "each country once";
+    EXPECT_EQ(total, qsizetype(PrayerCity::all().size()));
     EXPECT_EQ(groups.front().toMap().value("country").toString(), "Bahrain");
-    EXPECT_EQ(groups.front().toMap().value("cities").toList().size(), 5);
-    EXPECT_EQ(groups.back().toMap().value("country").toString(), "UK");
-    int total = 0;
-    for (const auto& group : groups)
-        total += int(group.toMap().value("cities").toList().size());
-    EXPECT_EQ(total, 23);
 
     f.settings.setLanguage(AppLanguage::arabic);
     groups = f.service->citiesByCountry();
     EXPECT_EQ(groups.front().toMap().value("country").toString(), "البحرين");
-    EXPECT_EQ(groups[1].toMap().value("cities").toList().front().toMap().value("name").toString(),
-              "مكة المكرمة");
     const auto methods = f.service->methods();
-    ASSERT_EQ(methods.size(), 9);
-    EXPECT_EQ(methods.front().toMap().value("id").toString(), "ummAlQura");
+    ASSERT_EQ(methods.size(), qsizetype(allCalculationMethods.size()));
     EXPECT_EQ(methods.front().toMap().value("title").toString(), "أم القرى (مكة)");
 }
 

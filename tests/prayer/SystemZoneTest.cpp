@@ -23,24 +23,21 @@ UDate udate(sys_seconds instant)
     return double(instant.time_since_epoch().count()) * 1000.0;
 }
 
-int offsetMinutes(const icu::TimeZone& zone, sys_seconds instant)
-{
-    UErrorCode status = U_ZERO_ERROR;
-    int32_t raw = 0;
-    int32_t dst = 0;
-    zone.getOffset(udate(instant), false, raw, dst, status);
-    EXPECT_TRUE(U_SUCCESS(status));
-    return (raw + dst) / 60000;
-}
-
-// Standard and summer parts apart, in minutes.
+// Standard and summer parts of the offset, in minutes.
 std::pair<int, int> offsetParts(const icu::TimeZone& zone, sys_seconds instant)
 {
     UErrorCode status = U_ZERO_ERROR;
     int32_t raw = 0;
     int32_t dst = 0;
     zone.getOffset(udate(instant), false, raw, dst, status);
+    EXPECT_TRUE(U_SUCCESS(status));
     return {raw / 60000, dst / 60000};
+}
+
+int offsetMinutes(const icu::TimeZone& zone, sys_seconds instant)
+{
+    const auto [raw, dst] = offsetParts(zone, instant);
+    return raw + dst;
 }
 
 std::unique_ptr<icu::TimeZone> icuOwn(const std::string& id)
@@ -66,37 +63,22 @@ protected:
 
 // Where neither copy of the database has changed, the zone read from the system's files says
 // what ICU's own copy says, hour by hour: the offsets, the summer-time split and the changes.
+// After 2037 the files hold only a rule, which must carry the present rules on.
 TEST_F(SystemZone, AgreesWithIcuWhereTheRulesHaveNotChanged)
 {
-    std::set<std::string> zones;
+    std::set<std::string> zones{"America/New_York", "Australia/Sydney"};
     for (const auto& city : PrayerCity::all())
         zones.insert(city.timeZoneID);
-    zones.insert("America/New_York");
-    zones.insert("Australia/Sydney");
     for (const auto& id : zones) {
         const auto ours = systemTimeZone(id);
         const auto theirs = icuOwn(id);
         ASSERT_TRUE(ours) << id;
         // Egypt's rules changed in 2023, Jordan's in 2022: compare up to then.
-        const int lastYear = (id == "Africa/Cairo" || id == "Asia/Amman") ? 2021 : 2026;
+        const int lastYear = (id == "Africa/Cairo" || id == "Asia/Amman") ? 2021 : 2042;
         for (auto at = utc(2000, 1, 1); at < utc(lastYear, 12, 31); at += hours(6))
             ASSERT_EQ(offsetParts(*ours, at), offsetParts(*theirs, at))
                 << id << " at " << at.time_since_epoch().count();
     }
-}
-
-TEST_F(SystemZone, CarriesTheRulesPastTheLastListedChange)
-{
-    // After 2037 the files hold only a rule; London and Beirut keep their present ones.
-    for (const char* id : {"Europe/London", "Asia/Beirut", "America/New_York"}) {
-        const auto ours = systemTimeZone(id);
-        const auto theirs = icuOwn(id);
-        for (auto at = utc(2038, 1, 1); at < utc(2042, 12, 31); at += hours(6))
-            ASSERT_EQ(offsetParts(*ours, at), offsetParts(*theirs, at)) << id;
-    }
-    const auto london = systemTimeZone("Europe/London");
-    EXPECT_EQ(offsetMinutes(*london, utc(2045, 7, 1)), 60);
-    EXPECT_EQ(offsetMinutes(*london, utc(2045, 12, 1)), 0);
 }
 
 TEST_F(SystemZone, KnowsEgyptsReturnToSummerTime)
@@ -108,18 +90,6 @@ TEST_F(SystemZone, KnowsEgyptsReturnToSummerTime)
     // Clocks go forward at the start of the last Friday of April: 24 April 2026.
     EXPECT_EQ(offsetMinutes(*cairo, utc(2026, 4, 23, 21, 59)), 120);
     EXPECT_EQ(offsetMinutes(*cairo, utc(2026, 4, 23, 22, 0)), 180);
-}
-
-TEST_F(SystemZone, CairosDaysFollowItsSummerClock)
-{
-    const auto city = *PrayerCity::with("cairo");
-    PrayerCalculator cairo(city.latitude, city.longitude, city.timeZoneID,
-                           CalculationMethod::egyptian, AsrMethod::standard, "UTC");
-    // 00:30 on 2 June on Cairo's +03 clock is 21:30 UTC on 1 June: already the 2nd there.
-    EXPECT_EQ(cairo.times(utc(2026, 6, 1, 21, 30)), cairo.times(utc(2026, 6, 2, 12)));
-    EXPECT_EQ(cairo.nextDayStart(utc(2026, 6, 1, 12)), utc(2026, 6, 1, 21));
-    // The day whose midnight is skipped begins at the change itself, 01:00 +03.
-    EXPECT_EQ(cairo.nextDayStart(utc(2026, 4, 23, 12)), utc(2026, 4, 23, 22));
 }
 
 TEST(SystemZoneInput, UnreadableInputGivesNoZone)
