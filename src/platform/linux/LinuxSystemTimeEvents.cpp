@@ -68,8 +68,8 @@ bool LinuxSystemTimeEvents::armClockWatch()
     clock_gettime(CLOCK_REALTIME, &now);
     itimerspec expiry{};
     expiry.it_value.tv_sec = now.tv_sec + 10L * 365 * 24 * 3600;
-    return timerfd_settime(clockFd_, TFD_TIMER_ABSTIME | TFD_TIMER_CANCEL_ON_SET, &expiry, nullptr) ==
-           0;
+    return timerfd_settime(clockFd_, TFD_TIMER_ABSTIME | TFD_TIMER_CANCEL_ON_SET, &expiry,
+                           nullptr) == 0;
 }
 
 void LinuxSystemTimeEvents::onClockWatch()
