@@ -1,17 +1,13 @@
 #include "app/AppSettings.h"
 
 #include "app/Log.h"
+#include "app/QtText.h"
 #include "app/RawValue.h"
 
 #include <QLocale>
 
 namespace navro {
 namespace {
-
-QString toQString(std::string_view text)
-{
-    return QString::fromUtf8(text.data(), qsizetype(text.size()));
-}
 
 template <typename T> void logWrongType(const QString& key, const StoreRead<T>& read)
 {
@@ -81,15 +77,38 @@ bool AppSettings::isArabic() const
     return false;
 }
 
-template <typename T, typename Write>
-void AppSettings::assign(T& field, const T& value, void (AppSettings::*changed)(), Write&& write)
+template <typename T>
+void AppSettings::assign(T& field, const T& value, void (AppSettings::*changed)(),
+                         const std::optional<QString>& key)
 {
     if (field == value)
         return;
+    // Observers see the new value before it reaches the store.
     field = value;
     emit(this->*changed)();
     emit settingsChanged();
-    write();
+    if (key)
+        store(*key, value);
+}
+
+void AppSettings::store(const QString& key, bool value)
+{
+    store_.writeBool(key, value);
+}
+
+void AppSettings::store(const QString& key, int value)
+{
+    store_.writeInt(key, value);
+}
+
+void AppSettings::store(const QString& key, double value)
+{
+    store_.writeDouble(key, value);
+}
+
+void AppSettings::store(const QString& key, const QString& value)
+{
+    store_.writeString(key, value);
 }
 
 void AppSettings::setLanguage(AppLanguage value)
@@ -102,180 +121,167 @@ void AppSettings::setLanguage(AppLanguage value)
     if (isArabic() != wasArabic)
         emit isArabicChanged();
     emit settingsChanged();
-    store_.writeString(QStringLiteral("language"), toQString(rawValue(value)));
+    store(QStringLiteral("language"), value);
 }
 
 void AppSettings::setHasCompletedOnboarding(bool value)
 {
     assign(hasCompletedOnboarding_, value, &AppSettings::hasCompletedOnboardingChanged,
-           [&] { store_.writeBool(QStringLiteral("hasCompletedOnboarding"), value); });
+           QStringLiteral("hasCompletedOnboarding"));
 }
 
 void AppSettings::setPrayerCityID(const QString& value)
 {
-    assign(prayerCityID_, value, &AppSettings::prayerCityIDChanged,
-           [&] { store_.writeString(QStringLiteral("prayerCityID"), value); });
+    assign(prayerCityID_, value, &AppSettings::prayerCityIDChanged, QStringLiteral("prayerCityID"));
 }
 
 void AppSettings::setPrayerMethod(CalculationMethod value)
 {
-    assign(prayerMethod_, value, &AppSettings::prayerMethodChanged,
-           [&] { store_.writeString(QStringLiteral("prayerMethod"), toQString(rawValue(value))); });
+    assign(prayerMethod_, value, &AppSettings::prayerMethodChanged, QStringLiteral("prayerMethod"));
 }
 
 void AppSettings::setAsrMethod(AsrMethod value)
 {
-    assign(asrMethod_, value, &AppSettings::asrMethodChanged,
-           [&] { store_.writeString(QStringLiteral("asrMethod"), toQString(rawValue(value))); });
+    assign(asrMethod_, value, &AppSettings::asrMethodChanged, QStringLiteral("asrMethod"));
 }
 
 void AppSettings::setAdhanAlert(bool value)
 {
-    assign(adhanAlert_, value, &AppSettings::adhanAlertChanged,
-           [&] { store_.writeBool(QStringLiteral("adhanAlert"), value); });
+    assign(adhanAlert_, value, &AppSettings::adhanAlertChanged, QStringLiteral("adhanAlert"));
 }
 
 void AppSettings::setAdhanSound(bool value)
 {
-    assign(adhanSound_, value, &AppSettings::adhanSoundChanged,
-           [&] { store_.writeBool(QStringLiteral("adhanSound"), value); });
+    assign(adhanSound_, value, &AppSettings::adhanSoundChanged, QStringLiteral("adhanSound"));
 }
 
 void AppSettings::setPrayerInNotch(bool value)
 {
     assign(prayerInNotch_, value, &AppSettings::prayerInNotchChanged,
-           [&] { store_.writeBool(QStringLiteral("prayerInNotch"), value); });
+           QStringLiteral("prayerInNotch"));
 }
 
 void AppSettings::setMusicInNotch(bool value)
 {
-    assign(musicInNotch_, value, &AppSettings::musicInNotchChanged,
-           [&] { store_.writeBool(QStringLiteral("musicInNotch"), value); });
+    assign(musicInNotch_, value, &AppSettings::musicInNotchChanged, QStringLiteral("musicInNotch"));
 }
 
 void AppSettings::setBarsFollowSound(bool value)
 {
     assign(barsFollowSound_, value, &AppSettings::barsFollowSoundChanged,
-           [&] { store_.writeBool(QStringLiteral("barsFollowSound"), value); });
+           QStringLiteral("barsFollowSound"));
 }
 
 void AppSettings::setCalendarInNotch(bool value)
 {
     assign(calendarInNotch_, value, &AppSettings::calendarInNotchChanged,
-           [&] { store_.writeBool(QStringLiteral("calendarInNotch"), value); });
+           QStringLiteral("calendarInNotch"));
 }
 
 void AppSettings::setTransfersInNotch(bool value)
 {
     assign(transfersInNotch_, value, &AppSettings::transfersInNotchChanged,
-           [&] { store_.writeBool(QStringLiteral("transfersInNotch"), value); });
+           QStringLiteral("transfersInNotch"));
 }
 
 void AppSettings::setDevicesInNotch(bool value)
 {
     assign(devicesInNotch_, value, &AppSettings::devicesInNotchChanged,
-           [&] { store_.writeBool(QStringLiteral("devicesInNotch"), value); });
+           QStringLiteral("devicesInNotch"));
 }
 
 void AppSettings::setTimerKeepAwake(bool value)
 {
     assign(timerKeepAwake_, value, &AppSettings::timerKeepAwakeChanged,
-           [&] { store_.writeBool(QStringLiteral("timerKeepAwake"), value); });
+           QStringLiteral("timerKeepAwake"));
 }
 
 void AppSettings::setCaptureCopy(bool value)
 {
-    assign(captureCopy_, value, &AppSettings::captureCopyChanged,
-           [&] { store_.writeBool(QStringLiteral("captureCopy"), value); });
+    assign(captureCopy_, value, &AppSettings::captureCopyChanged, QStringLiteral("captureCopy"));
 }
 
 void AppSettings::setCaptureMicrophone(bool value)
 {
     assign(captureMicrophone_, value, &AppSettings::captureMicrophoneChanged,
-           [&] { store_.writeBool(QStringLiteral("captureMicrophone"), value); });
+           QStringLiteral("captureMicrophone"));
 }
 
 void AppSettings::setCaptureShowClicks(bool value)
 {
     assign(captureShowClicks_, value, &AppSettings::captureShowClicksChanged,
-           [&] { store_.writeBool(QStringLiteral("captureShowClicks"), value); });
+           QStringLiteral("captureShowClicks"));
 }
 
 void AppSettings::setTimerSound(bool value)
 {
-    assign(timerSound_, value, &AppSettings::timerSoundChanged,
-           [&] { store_.writeBool(QStringLiteral("timerSound"), value); });
+    assign(timerSound_, value, &AppSettings::timerSoundChanged, QStringLiteral("timerSound"));
 }
 
 void AppSettings::setFocusShortcutOn(const QString& value)
 {
     assign(focusShortcutOn_, value, &AppSettings::focusShortcutOnChanged,
-           [&] { store_.writeString(QStringLiteral("focusShortcutOn"), value); });
+           QStringLiteral("focusShortcutOn"));
 }
 
 void AppSettings::setFocusShortcutOff(const QString& value)
 {
     assign(focusShortcutOff_, value, &AppSettings::focusShortcutOffChanged,
-           [&] { store_.writeString(QStringLiteral("focusShortcutOff"), value); });
+           QStringLiteral("focusShortcutOff"));
 }
 
 void AppSettings::setLastTimerMinutes(double value)
 {
     assign(lastTimerMinutes_, value, &AppSettings::lastTimerMinutesChanged,
-           [&] { store_.writeDouble(QStringLiteral("lastTimerMinutes"), value); });
+           QStringLiteral("lastTimerMinutes"));
 }
 
 void AppSettings::setAutoUpdate(bool value)
 {
-    assign(autoUpdate_, value, &AppSettings::autoUpdateChanged,
-           [&] { store_.writeBool(QStringLiteral("autoUpdate"), value); });
+    assign(autoUpdate_, value, &AppSettings::autoUpdateChanged, QStringLiteral("autoUpdate"));
 }
 
 void AppSettings::setShareUsageStats(bool value)
 {
     assign(shareUsageStats_, value, &AppSettings::shareUsageStatsChanged,
-           [&] { store_.writeBool(QStringLiteral("shareUsageStats"), value); });
+           QStringLiteral("shareUsageStats"));
 }
 
 void AppSettings::setClipboardEnabled(bool value)
 {
     assign(clipboardEnabled_, value, &AppSettings::clipboardEnabledChanged,
-           [&] { store_.writeBool(QStringLiteral("clipboardEnabled"), value); });
+           QStringLiteral("clipboardEnabled"));
 }
 
 void AppSettings::setClipboardLimit(int value)
 {
     assign(clipboardLimit_, value, &AppSettings::clipboardLimitChanged,
-           [&] { store_.writeInt(QStringLiteral("clipboardLimit"), value); });
+           QStringLiteral("clipboardLimit"));
 }
 
 void AppSettings::setNotchEnabled(bool value)
 {
-    assign(notchEnabled_, value, &AppSettings::notchEnabledChanged,
-           [&] { store_.writeBool(QStringLiteral("notchEnabled"), value); });
+    assign(notchEnabled_, value, &AppSettings::notchEnabledChanged, QStringLiteral("notchEnabled"));
 }
 
 void AppSettings::setTheme(AppTheme value)
 {
-    assign(theme_, value, &AppSettings::themeChanged,
-           [&] { store_.writeString(QStringLiteral("theme"), toQString(rawValue(value))); });
+    assign(theme_, value, &AppSettings::themeChanged, QStringLiteral("theme"));
 }
 
 void AppSettings::setSettingsPage(SettingsPage value)
 {
-    assign(settingsPage_, value, &AppSettings::settingsPageChanged, [] {});
+    assign(settingsPage_, value, &AppSettings::settingsPageChanged, std::nullopt);
 }
 
 void AppSettings::setOpenMode(OpenMode value)
 {
-    assign(openMode_, value, &AppSettings::openModeChanged,
-           [&] { store_.writeString(QStringLiteral("openMode"), toQString(rawValue(value))); });
+    assign(openMode_, value, &AppSettings::openModeChanged, QStringLiteral("openMode"));
 }
 
 void AppSettings::setHoverDelay(double value)
 {
-    assign(hoverDelay_, value, &AppSettings::hoverDelayChanged,
-           [&] { store_.writeDouble(QStringLiteral("hoverDelay"), value); });
+    assign(hoverDelay_, value, &AppSettings::hoverDelayChanged, QStringLiteral("hoverDelay"));
 }
 
 QString AppSettings::prayerMethodRaw() const

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/QtText.h"
 #include "app/SettingsEnums.h"
 #include "app/SettingsStore.h"
 #include "prayer/CalculationMethod.h"
@@ -8,6 +9,8 @@
 #include <QString>
 #include <QStringList>
 #include <functional>
+#include <optional>
+#include <type_traits>
 
 namespace navro {
 
@@ -190,8 +193,18 @@ signals:
     void settingsChanged();
 
 private:
-    template <typename T, typename Write>
-    void assign(T& field, const T& value, void (AppSettings::*changed)(), Write&& write);
+    // Publishes a changed value, then writes it under `key` (none for what is never stored).
+    template <typename T>
+    void assign(T& field, const T& value, void (AppSettings::*changed)(),
+                const std::optional<QString>& key);
+    void store(const QString& key, bool value);
+    void store(const QString& key, int value);
+    void store(const QString& key, double value);
+    void store(const QString& key, const QString& value);
+    // Enumerations are stored as their raw value.
+    template <typename Enum>
+    requires std::is_enum_v<Enum>
+    void store(const QString& key, Enum value) { store(key, toQString(rawValue(value))); }
 
     bool loadPlainBool(const QString& key) const;
     bool loadBool(const QString& key, bool fallback) const;

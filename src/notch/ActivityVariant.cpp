@@ -1,14 +1,11 @@
 #include "notch/ActivityVariant.h"
 
+#include "app/QtText.h"
+
 #include <QDateTime>
 
 namespace navro {
 namespace {
-
-QString text(std::string_view value)
-{
-    return QString::fromUtf8(value.data(), qsizetype(value.size()));
-}
 
 QString colourText(const std::optional<std::uint32_t>& colour)
 {
@@ -24,10 +21,10 @@ QDateTime dateTime(WallTime time)
 
 QVariantMap toastFields(const Toast& toast)
 {
-    return {{QStringLiteral("id"), text(toast.id)},
-            {QStringLiteral("symbol"), text(toast.symbol)},
-            {QStringLiteral("title"), text(toast.title)},
-            {QStringLiteral("detail"), text(toast.detail)},
+    return {{QStringLiteral("id"), toQString(toast.id)},
+            {QStringLiteral("symbol"), toQString(toast.symbol)},
+            {QStringLiteral("title"), toQString(toast.title)},
+            {QStringLiteral("detail"), toQString(toast.detail)},
             {QStringLiteral("tint"), colourText(toast.tint)}};
 }
 
@@ -41,21 +38,21 @@ QVariantMap toVariantMap(const std::optional<ClosedActivity>& activity)
     if (const Toast* toast = activity->toast())
         map = toastFields(*toast);
     if (const Meeting* meeting = activity->meeting()) {
-        map = {{QStringLiteral("id"), text(meeting->id)},
-               {QStringLiteral("title"), text(meeting->title)},
+        map = {{QStringLiteral("id"), toQString(meeting->id)},
+               {QStringLiteral("title"), toQString(meeting->title)},
                {QStringLiteral("start"), dateTime(meeting->start)},
                {QStringLiteral("end"), dateTime(meeting->end)},
                {QStringLiteral("isAllDay"), meeting->isAllDay},
-               {QStringLiteral("calendarName"), text(meeting->calendarName)},
+               {QStringLiteral("calendarName"), toQString(meeting->calendarName)},
                {QStringLiteral("colour"), colourText(meeting->colour)},
-               {QStringLiteral("location"), text(meeting->location.value_or(""))},
-               {QStringLiteral("joinLink"), text(meeting->joinLink.value_or(""))}};
+               {QStringLiteral("location"), toQString(meeting->location.value_or(""))},
+               {QStringLiteral("joinLink"), toQString(meeting->joinLink.value_or(""))}};
     }
     if (auto prayer = activity->prayer())
-        map.insert(QStringLiteral("prayer"), text(rawValue(*prayer)));
+        map.insert(QStringLiteral("prayer"), toQString(rawValue(*prayer)));
     if (auto time = activity->prayerTime())
         map.insert(QStringLiteral("time"), dateTime(*time));
-    map.insert(QStringLiteral("kind"), text(rawValue(activity->kind())));
+    map.insert(QStringLiteral("kind"), toQString(rawValue(activity->kind())));
     return map;
 }
 

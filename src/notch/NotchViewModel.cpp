@@ -2,6 +2,7 @@
 
 #include "app/AppSettings.h"
 #include "app/Log.h"
+#include "app/QtText.h"
 #include "notch/ActivityCenter.h"
 #include "notch/ActivityVariant.h"
 
@@ -34,11 +35,6 @@ int activitySideWidth(ClosedActivity::Kind kind)
     return 0;
 }
 
-QString text(std::string_view value)
-{
-    return QString::fromUtf8(value.data(), qsizetype(value.size()));
-}
-
 } // namespace
 
 NotchViewModel::NotchViewModel(Clock& clock, const AppSettings& settings, QObject* parent)
@@ -64,7 +60,7 @@ void NotchViewModel::setSelectedTab(NotchTab tab)
 
 QString NotchViewModel::selectedTabRaw() const
 {
-    return text(rawValue(selectedTab_));
+    return toQString(rawValue(selectedTab_));
 }
 
 void NotchViewModel::setSelectedTabRaw(const QString& raw)
@@ -163,10 +159,10 @@ QVariantList NotchViewModel::visibleTabList() const
 {
     QVariantList list;
     for (NotchTab tab : visibleTabs()) {
-        list.append(QVariantMap{{QStringLiteral("id"), text(rawValue(tab))},
-                                {QStringLiteral("titleEnglish"), text(title(tab).english)},
-                                {QStringLiteral("titleArabic"), text(title(tab).arabic)},
-                                {QStringLiteral("symbol"), text(symbol(tab))}});
+        list.append(QVariantMap{{QStringLiteral("id"), toQString(rawValue(tab))},
+                                {QStringLiteral("titleEnglish"), toQString(title(tab).english)},
+                                {QStringLiteral("titleArabic"), toQString(title(tab).arabic)},
+                                {QStringLiteral("symbol"), toQString(symbol(tab))}});
     }
     return list;
 }

@@ -2,6 +2,7 @@
 
 #include "app/AppSettings.h"
 #include "app/Log.h"
+#include "app/QtText.h"
 
 #include <QTimeZone>
 #include <QVariantMap>
@@ -11,11 +12,6 @@ namespace navro {
 namespace {
 
 using namespace std::chrono;
-
-QString toQString(std::string_view text)
-{
-    return QString::fromUtf8(text.data(), qsizetype(text.size()));
-}
 
 sys_seconds wholeSeconds(WallTime time)
 {
