@@ -47,13 +47,12 @@ PrayerService::~PrayerService()
 
 void PrayerService::rebuild(bool forceNotify)
 {
-    const QString storedID = settings_.prayerCityID();
-    auto found = PrayerCity::with(storedID.toStdString());
-    if (!found && storedID != lastUnknownCityID_) {
-        logLine("unknown prayer city \"" + storedID.toStdString() + "\"; showing Manama");
+    const std::string storedID = settings_.prayerCityID().toStdString();
+    PrayerCity city = resolveCity(storedID);
+    if (city.id != storedID && storedID != lastUnknownCityID_) {
+        logLine("unknown prayer city \"" + storedID + "\"; showing Manama");
         lastUnknownCityID_ = storedID;
     }
-    PrayerCity city = found ? *found : PrayerCity::manama();
     const bool cityMoved = city != city_;
     city_ = std::move(city);
 
@@ -99,10 +98,10 @@ void PrayerService::refresh(bool forceNotify, bool alreadyChanged)
     const WallTime now = clock_.now();
     const sys_seconds nowSeconds = wholeSeconds(now);
 
-    auto today = calculator_ ? calculator_->times(nowSeconds) : std::map<Prayer, sys_seconds>{};
+    auto today = calculator_->times(nowSeconds);
     const bool timesMoved = today != today_;
     today_ = std::move(today);
-    const auto upcoming = calculator_ ? findUpcoming(nowSeconds) : std::nullopt;
+    const auto upcoming = findUpcoming(nowSeconds);
     const bool nextMoved = upcoming != upcoming_;
     upcoming_ = upcoming;
 
@@ -136,9 +135,8 @@ void PrayerService::scheduleWake(WallTime now)
             consider(now + milliseconds(remaining > 0 ? remaining : 1000));
         }
     }
-    if (calculator_)
-        if (auto midnight = calculator_->nextDayStart(wholeSeconds(now)))
-            consider(*midnight);
+    if (auto midnight = calculator_->nextDayStart(wholeSeconds(now)))
+        consider(*midnight);
     if (!target) {
         wake_->cancel();
         return;

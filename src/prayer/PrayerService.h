@@ -13,6 +13,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <string>
 
 namespace navro {
 
@@ -113,7 +114,7 @@ private:
     std::optional<Upcoming> upcoming_;
     QString countdownText_;
     int countdownViewers_ = 0;
-    QString lastUnknownCityID_;
+    std::string lastUnknownCityID_;
     bool choosingCity_ = false;
 };
 
