@@ -32,7 +32,7 @@ Item {
                 anchors.centerIn: parent
                 anchors.verticalCenterOffset: 8
                 symbol: "sparkles"
-                color: "#ffffff"
+                color: Theme.notchText
                 size: 28
             }
         }
@@ -40,7 +40,7 @@ Item {
             Layout.alignment: Qt.AlignHCenter
             text: "Navro"
             color: Theme.text
-            font.family: "Noto Sans"
+            font.family: Theme.latinFontFamily
             font.pixelSize: Theme.displaySize
             font.weight: Font.Bold
         }

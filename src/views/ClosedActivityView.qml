@@ -218,7 +218,7 @@ Item {
         id: timerTrailing
         ActivityText {
             horizontalAlignment: Text.AlignRight
-            font.family: "DejaVu Sans Mono"
+            font.family: Theme.monoFontFamily
             color: Theme.warning
             text: typeof timerService !== "undefined" ? timerService.clockText : "--:--"
         }

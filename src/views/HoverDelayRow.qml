@@ -44,7 +44,7 @@ SettingsRow {
             width: 18
             height: 18
             radius: 9
-            color: "#ffffff"
+            color: Theme.knob
             border.color: Theme.cardBorder
         }
     }

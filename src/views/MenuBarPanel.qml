@@ -57,7 +57,7 @@ Window {
                     Text {
                         text: "Navro"
                         color: Theme.text
-                        font.family: "Noto Sans"
+                        font.family: Theme.latinFontFamily
                         font.pixelSize: Theme.titleSize
                         font.weight: Font.Bold
                     }

@@ -36,7 +36,7 @@ Rectangle {
             visible: row.shortcut !== ""
             text: row.shortcut
             color: Theme.secondaryText
-            font.family: "Noto Sans"
+            font.family: Theme.latinFontFamily
             font.pixelSize: Theme.smallSize
         }
     }

@@ -27,8 +27,8 @@ Switch {
             width: 20
             height: 20
             radius: 10
-            color: "#ffffff"
-            border.color: Qt.rgba(0, 0, 0, 0.12)
+            color: Theme.knob
+            border.color: Theme.knobBorder
             Behavior on x { NumberAnimation { duration: Theme.fadeDuration; easing.type: Easing.OutCubic } }
         }
     }

@@ -21,7 +21,7 @@ ColumnLayout {
         Icon {
             anchors.centerIn: parent
             symbol: page.symbol
-            color: "#ffffff"
+            color: Theme.textOnAccent
             size: 30
         }
     }

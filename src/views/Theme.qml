@@ -14,7 +14,10 @@ QtObject {
     readonly property bool arabic: settings.isArabic
 
     // Type
-    readonly property string fontFamily: arabic ? "Noto Sans Arabic" : "Noto Sans"
+    readonly property string fontFamily: arabic ? "Noto Sans Arabic" : latinFontFamily
+    // Names, shortcuts and figures that stay in Latin letters in both languages.
+    readonly property string latinFontFamily: "Noto Sans"
+    readonly property string monoFontFamily: "DejaVu Sans Mono"
     readonly property int captionSize: 10
     readonly property int smallSize: 11
     readonly property int bodySize: 13
@@ -64,6 +67,8 @@ QtObject {
     readonly property color buttonBackground: dark ? "#3a3a3c" : "#e5e5ea"
     readonly property color buttonHover: dark ? "#48484a" : "#d8d8de"
     readonly property color textOnAccent: "#ffffff"
+    readonly property color knob: "#ffffff"
+    readonly property color knobBorder: Qt.rgba(0, 0, 0, 0.12)
     readonly property int windowRadius: 12
     readonly property int cardRadius: 10
     readonly property int controlRadius: 7
