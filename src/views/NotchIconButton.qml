@@ -1,4 +1,5 @@
 import QtQuick
+import QtQuick.Controls
 import "."
 
 // A round symbol button on the black notch.
@@ -31,4 +32,10 @@ Item {
         cursorShape: Qt.PointingHandCursor
         onClicked: button.clicked()
     }
+
+    Accessible.role: Accessible.Button
+    Accessible.name: button.toolTip
+    ToolTip.text: button.toolTip
+    ToolTip.visible: mouse.containsMouse && button.toolTip !== ""
+    ToolTip.delay: 600
 }
