@@ -137,16 +137,33 @@ bool X11HotKey::nativeEventFilter(const QByteArray& eventType, void* message, qi
         return false;
     }
     auto* event = static_cast<xcb_generic_event_t*>(message);
-    if ((event->response_type & 0x7f) != XCB_KEY_PRESS) {
+    const std::uint8_t type = event->response_type & 0x7f;
+    if (type != XCB_KEY_PRESS && type != XCB_KEY_RELEASE) {
         return false;
     }
-    auto* press = reinterpret_cast<xcb_key_press_event_t*>(event);
+    // A release has the same layout as a press.
+    auto* key = reinterpret_cast<xcb_key_press_event_t*>(event);
+    if (key->event != root_ || key->detail != keycode_) {
+        return false;
+    }
+    if (type == XCB_KEY_RELEASE) {
+        // The grab holds the keyboard until the key comes up, so this release is ours to see.
+        isDown_ = false;
+        return false;
+    }
     const std::uint16_t relevant =
         XCB_MOD_MASK_SHIFT | XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1 | XCB_MOD_MASK_4;
-    const std::uint16_t state = std::uint16_t(press->state & ~ignoredLocks_);
-    if (press->event != root_ || press->detail != keycode_ || (state & relevant) != modifiers_) {
+    const std::uint16_t state = std::uint16_t(key->state & ~ignoredLocks_);
+    if ((state & relevant) != modifiers_) {
         return false;
     }
+    // A held key repeats as further presses with no release between them (Qt asks the server
+    // for detectable auto-repeat); one press of the shortcut is one action, so a toggle held a
+    // moment too long does not flicker the notch open and shut.
+    if (isDown_) {
+        return true;
+    }
+    isDown_ = true;
     // Run outside Qt's event dispatch, so the action may open windows or spin event loops.
     QTimer::singleShot(0, &guard_, [this] {
         if (action_) {

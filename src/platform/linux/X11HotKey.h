@@ -38,6 +38,7 @@ private:
     std::uint16_t modifiers_ = 0;
     std::uint16_t ignoredLocks_ = 0;
     std::vector<std::uint16_t> grabbed_;
+    bool isDown_ = false;
     std::function<void()> action_;
     QObject guard_; // queued actions die with the hot key
 };
