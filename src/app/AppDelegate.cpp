@@ -200,12 +200,8 @@ void AppDelegate::setUpHotKey()
 {
     QPointer<AppDelegate> self(this);
     hotKey_ = makeHotKey(Qt::Key_L, Qt::ControlModifier | Qt::AltModifier, [self] {
-        if (!self || !self->notchPanelVisible())
-            return;
-        if (self->notchModel_->isOpen())
-            self->notchModel_->close();
-        else
-            self->notchModel_->open(false, true);
+        if (self)
+            self->toggle();
     });
 }
 
@@ -258,6 +254,8 @@ void AppDelegate::close()
     closeNotch();
 }
 
+// The hot key and the bus's Toggle alike: nothing while the notch is not on screen, and an open
+// from here takes keyboard focus, since the user asked from the keyboard or a script.
 void AppDelegate::toggle()
 {
     if (!notchPanelVisible())

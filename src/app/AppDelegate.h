@@ -57,8 +57,6 @@ public:
     void openSettings(const QString& page) override { showSettings(page); }
     RemoteState remoteState() const override;
 
-    AppEvents& events() { return events_; }
-
 private:
     // StatusItemHost
     bool hasCompletedOnboarding() const override;
