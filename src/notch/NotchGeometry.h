@@ -26,6 +26,9 @@ struct NotchSize {
     bool operator==(const NotchSize&) const = default;
 };
 
+// The open notch is the same on every screen; only the closed one follows the hardware.
+inline constexpr NotchSize openNotchSize{688, 260};
+
 struct NotchGeometry {
     std::string screenName;
     int screenX = 0, screenY = 0, screenWidth = 0, screenHeight = 0;

@@ -12,7 +12,7 @@ namespace navro {
 // never move or resize a window (which would flicker under a compositor).
 namespace notchMetrics {
 inline constexpr int shadowPadding = 20;
-inline constexpr QSize openSize{688, 260};
+inline constexpr QSize openSize{openNotchSize.width, openNotchSize.height};
 inline constexpr QSize panelSize{openSize.width() + 2 * shadowPadding,
                                  openSize.height() + shadowPadding};
 } // namespace notchMetrics

@@ -38,7 +38,7 @@ int activitySideWidth(ClosedActivity::Kind kind)
 } // namespace
 
 NotchViewModel::NotchViewModel(Clock& clock, const AppSettings& settings, QObject* parent)
-    : QObject(parent), clock_(clock), settings_(settings), openTask_(clock.makeSlot()),
+    : QObject(parent), settings_(settings), openTask_(clock.makeSlot()),
       closeTask_(clock.makeSlot())
 {
 }
@@ -145,8 +145,8 @@ QRect NotchViewModel::closedRect() const
 
 QRect NotchViewModel::openRect() const
 {
-    return {geometry_.screenX + (geometry_.screenWidth - openWidth) / 2, geometry_.screenY,
-            openWidth, openHeight};
+    return {geometry_.screenX + (geometry_.screenWidth - openNotchSize.width) / 2,
+            geometry_.screenY, openNotchSize.width, openNotchSize.height};
 }
 
 QRect NotchViewModel::hotZoneRect() const
@@ -176,9 +176,9 @@ void NotchViewModel::open(bool byHover, bool focus)
     // "pointer resting on it" feedback; once open it has served its purpose, and the window
     // switches how it receives pointer events at this moment, so the leave event that would
     // clear it may never come and the notch would close again still looking hovered. The
-    // controller sets it afresh on the next pointer move. isDropTargeted must survive: a file
-    // dragged onto the notch opens it so that the shelf can take the drop, and the highlight has
-    // to stay while that drag is still in flight.
+    // controller sets it again when the pointer next enters the notch. isDropTargeted must survive:
+    // a file dragged onto the notch opens it so that the shelf can take the drop, and the highlight
+    // has to stay while that drag is still in flight.
     setHovering(false);
     if (activity_) {
         switch (activity_->kind()) {

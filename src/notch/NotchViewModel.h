@@ -54,8 +54,6 @@ class NotchViewModel : public QObject {
     Q_PROPERTY(QVariantList visibleTabs READ visibleTabList CONSTANT)
 
 public:
-    static constexpr int openWidth = 688;
-    static constexpr int openHeight = 260;
     // How far the region that counts as "over the notch" reaches beyond the drawn notch, left,
     // right and below.
     static constexpr int hotZoneMargin = 20;
@@ -134,7 +132,6 @@ signals:
 private:
     bool pointerIsInHotZone() const;
 
-    Clock& clock_;
     const AppSettings& settings_;
     NotchStatus status_ = NotchStatus::closed;
     // A virtual notch until the window controller measures the screen.

@@ -35,7 +35,6 @@ public:
                           PanelWindowSystem& windowSystem, const QUrl& rootView);
     ~NotchWindowController() override;
 
-    NotchViewModel& viewModel() { return viewModel_; }
     // The panel exists and is on screen.
     bool isVisible() const;
     NotchPanel* panel() const { return panel_.get(); }
