@@ -48,8 +48,11 @@ QVariantMap toVariantMap(const std::optional<ClosedActivity>& activity)
                {QStringLiteral("location"), toQString(meeting->location.value_or(""))},
                {QStringLiteral("joinLink"), toQString(meeting->joinLink.value_or(""))}};
     }
-    if (auto prayer = activity->prayer())
+    if (auto prayer = activity->prayer()) {
         map.insert(QStringLiteral("prayer"), toQString(rawValue(*prayer)));
+        map.insert(QStringLiteral("titleEnglish"), toQString(title(*prayer).english));
+        map.insert(QStringLiteral("titleArabic"), toQString(title(*prayer).arabic));
+    }
     if (auto time = activity->prayerTime())
         map.insert(QStringLiteral("time"), dateTime(*time));
     map.insert(QStringLiteral("kind"), toQString(rawValue(activity->kind())));

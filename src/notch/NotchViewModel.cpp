@@ -35,6 +35,14 @@ int activitySideWidth(ClosedActivity::Kind kind)
     return 0;
 }
 
+QVariantMap tabInfo(NotchTab tab)
+{
+    return {{QStringLiteral("id"), toQString(rawValue(tab))},
+            {QStringLiteral("titleEnglish"), toQString(title(tab).english)},
+            {QStringLiteral("titleArabic"), toQString(title(tab).arabic)},
+            {QStringLiteral("symbol"), toQString(symbol(tab))}};
+}
+
 } // namespace
 
 NotchViewModel::NotchViewModel(Clock& clock, const AppSettings& settings, QObject* parent)
@@ -158,13 +166,14 @@ QRect NotchViewModel::hotZoneRect() const
 QVariantList NotchViewModel::visibleTabList() const
 {
     QVariantList list;
-    for (NotchTab tab : visibleTabs()) {
-        list.append(QVariantMap{{QStringLiteral("id"), toQString(rawValue(tab))},
-                                {QStringLiteral("titleEnglish"), toQString(title(tab).english)},
-                                {QStringLiteral("titleArabic"), toQString(title(tab).arabic)},
-                                {QStringLiteral("symbol"), toQString(symbol(tab))}});
-    }
+    for (NotchTab tab : visibleTabs())
+        list.append(tabInfo(tab));
     return list;
+}
+
+QVariantMap NotchViewModel::selectedTabInfo() const
+{
+    return tabInfo(selectedTab_);
 }
 
 void NotchViewModel::open(bool byHover, bool focus)

@@ -52,6 +52,9 @@ class NotchViewModel : public QObject {
     Q_PROPERTY(QRect closedRect READ closedRect NOTIFY closedSizeChanged)
     Q_PROPERTY(QRect openRect READ openRect NOTIFY geometryChanged)
     Q_PROPERTY(QVariantList visibleTabs READ visibleTabList CONSTANT)
+    // The selected tab as {id, titleEnglish, titleArabic, symbol}; it may be one the tab bar
+    // does not show.
+    Q_PROPERTY(QVariantMap selectedTabInfo READ selectedTabInfo NOTIFY selectedTabChanged)
 
 public:
     // How far the region that counts as "over the notch" reaches beyond the drawn notch, left,
@@ -100,6 +103,7 @@ public:
     QRect hotZoneRect() const;
 
     QVariantList visibleTabList() const;
+    QVariantMap selectedTabInfo() const;
 
     Q_INVOKABLE void open(bool byHover, bool focus);
     Q_INVOKABLE void close();

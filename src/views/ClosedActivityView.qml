@@ -21,16 +21,6 @@ Item {
         onTriggered: view.now = new Date()
     }
 
-    function prayerTitle(raw) {
-        var titles = {
-            "fajr": ["Fajr", "الفجر"], "sunrise": ["Sunrise", "الشروق"],
-            "dhuhr": ["Dhuhr", "الظهر"], "asr": ["Asr", "العصر"],
-            "maghrib": ["Maghrib", "المغرب"], "isha": ["Isha", "العشاء"]
-        };
-        var pair = titles[raw];
-        return pair ? pair[arabic ? 1 : 0] : raw;
-    }
-
     function minutesText(minutes) {
         if (minutes <= 0)
             return arabic ? "الآن" : "now";
@@ -159,7 +149,7 @@ Item {
             ActivityText {
                 anchors.verticalCenter: parent.verticalCenter
                 width: leading.width - Theme.closedIconSize - 6
-                text: view.prayerTitle(view.activity.prayer)
+                text: arabic ? view.activity.titleArabic : view.activity.titleEnglish
             }
         }
     }

@@ -58,14 +58,7 @@ Item {
         id: content
         anchors { left: parent.left; right: parent.right; top: divider.bottom; bottom: parent.bottom }
         anchors.margins: Theme.openPadding
-        readonly property var tab: {
-            var tabs = notch.visibleTabs;
-            for (var i = 0; i < tabs.length; ++i) {
-                if (tabs[i].id === notch.selectedTab)
-                    return tabs[i];
-            }
-            return { "id": notch.selectedTab, "symbol": "moon", "titleEnglish": "Prayer", "titleArabic": "الصلاة" };
-        }
+        readonly property var tab: notch.selectedTabInfo
         // The tab's own view where one exists, else what it is.
         readonly property string view: panel.tabViews[notch.selectedTab] || ""
         sourceComponent: view === "" ? placeholder : tabView

@@ -258,5 +258,18 @@ TEST_F(NotchViewModelTest, QmlSelectsTabsByRawValue)
     EXPECT_TRUE(log.contains("\"Clipboard\""));
 }
 
+TEST_F(NotchViewModelTest, QmlReadsTitlesOfTheSelectedTabAndOfAPrayerActivity)
+{
+    // The prayer tab is never in the tab bar, yet the open panel must still title it.
+    model.setSelectedTab(NotchTab::prayer);
+    EXPECT_EQ(model.selectedTabInfo().value("titleArabic").toString(), "الصلاة");
+
+    model.setActivity(ClosedActivity::prayerNow(Prayer::isha));
+    const QVariantMap activity = model.activityMap();
+    EXPECT_EQ(activity.value("prayer").toString(), "isha");
+    EXPECT_EQ(activity.value("titleEnglish").toString(), "Isha");
+    EXPECT_EQ(activity.value("titleArabic").toString(), "العشاء");
+}
+
 } // namespace
 } // namespace navro
