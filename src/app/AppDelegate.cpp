@@ -83,6 +83,17 @@ void AppDelegate::start()
     notchModel_ = std::make_unique<NotchViewModel>(clock_, *settings_);
     notchModel_->mirror(*activityCenter_);
 
+    setUpEngine();
+
+    panelWindowSystem_ = makePanelWindowSystem();
+    notch_ = std::make_unique<NotchWindowController>(
+        *notchModel_, *settings_, *engine_, *panelWindowSystem_, view("NotchRootView.qml"));
+    notchModel_->onOpenSettings = [self] {
+        if (self)
+            self->showSettings(QStringLiteral("general"));
+    };
+
+    // The actions of the menu-bar panel (and of the other windows), handed to the views.
     AppActions::Callbacks callbacks;
     callbacks.menu = menuBarActions();
     callbacks.finishOnboarding = [self] {
@@ -94,15 +105,7 @@ void AppDelegate::start()
             self->events_.requestOnboarding();
     };
     actions_ = std::make_unique<AppActions>(std::move(callbacks), launchAtLogin_.get());
-    setUpEngine();
-
-    panelWindowSystem_ = makePanelWindowSystem();
-    notch_ = std::make_unique<NotchWindowController>(
-        *notchModel_, *settings_, *engine_, *panelWindowSystem_, view("NotchRootView.qml"));
-    notchModel_->onOpenSettings = [self] {
-        if (self)
-            self->showSettings(QStringLiteral("general"));
-    };
+    engine_->rootContext()->setContextProperty(QStringLiteral("app"), actions_.get());
 
     setUpStatusItem();
     setUpHotKey();
@@ -175,7 +178,6 @@ void AppDelegate::setUpEngine()
     context->setContextProperty(QStringLiteral("settings"), settings_.get());
     context->setContextProperty(QStringLiteral("notch"), notchModel_.get());
     context->setContextProperty(QStringLiteral("activityCenter"), activityCenter_.get());
-    context->setContextProperty(QStringLiteral("app"), actions_.get());
     context->setContextProperty(QStringLiteral("prayer"), prayer_.get());
 }
 
