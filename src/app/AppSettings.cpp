@@ -91,6 +91,16 @@ void AppSettings::assign(T& field, const T& value, void (AppSettings::*changed)(
         store(*key, value);
 }
 
+template <typename Enum, std::size_t N>
+void AppSettings::setFromRaw(const QString& raw, const std::array<Enum, N>& allCases,
+                             void (AppSettings::*set)(Enum), const QString& key)
+{
+    if (auto value = fromRaw(allCases, raw.toStdString()))
+        (this->*set)(*value);
+    else
+        logRejected(key, raw);
+}
+
 void AppSettings::store(const QString& key, bool value)
 {
     store_.writeBool(key, value);
@@ -291,10 +301,8 @@ QString AppSettings::prayerMethodRaw() const
 
 void AppSettings::setPrayerMethodRaw(const QString& raw)
 {
-    if (auto value = calculationMethodFromRaw(raw.toStdString()))
-        setPrayerMethod(*value);
-    else
-        logRejected(QStringLiteral("prayerMethod"), raw);
+    setFromRaw(raw, allCalculationMethods, &AppSettings::setPrayerMethod,
+               QStringLiteral("prayerMethod"));
 }
 
 QString AppSettings::asrMethodRaw() const
@@ -304,10 +312,7 @@ QString AppSettings::asrMethodRaw() const
 
 void AppSettings::setAsrMethodRaw(const QString& raw)
 {
-    if (auto value = asrMethodFromRaw(raw.toStdString()))
-        setAsrMethod(*value);
-    else
-        logRejected(QStringLiteral("asrMethod"), raw);
+    setFromRaw(raw, allAsrMethods, &AppSettings::setAsrMethod, QStringLiteral("asrMethod"));
 }
 
 QString AppSettings::themeRaw() const
@@ -317,10 +322,7 @@ QString AppSettings::themeRaw() const
 
 void AppSettings::setThemeRaw(const QString& raw)
 {
-    if (auto value = appThemeFromRaw(raw.toStdString()))
-        setTheme(*value);
-    else
-        logRejected(QStringLiteral("theme"), raw);
+    setFromRaw(raw, allAppThemes, &AppSettings::setTheme, QStringLiteral("theme"));
 }
 
 QString AppSettings::settingsPageRaw() const
@@ -330,10 +332,8 @@ QString AppSettings::settingsPageRaw() const
 
 void AppSettings::setSettingsPageRaw(const QString& raw)
 {
-    if (auto value = settingsPageFromRaw(raw.toStdString()))
-        setSettingsPage(*value);
-    else
-        logRejected(QStringLiteral("settingsPage"), raw);
+    setFromRaw(raw, allSettingsPages, &AppSettings::setSettingsPage,
+               QStringLiteral("settingsPage"));
 }
 
 QString AppSettings::openModeRaw() const
@@ -343,10 +343,7 @@ QString AppSettings::openModeRaw() const
 
 void AppSettings::setOpenModeRaw(const QString& raw)
 {
-    if (auto value = openModeFromRaw(raw.toStdString()))
-        setOpenMode(*value);
-    else
-        logRejected(QStringLiteral("openMode"), raw);
+    setFromRaw(raw, allOpenModes, &AppSettings::setOpenMode, QStringLiteral("openMode"));
 }
 
 QString AppSettings::languageRaw() const
@@ -356,10 +353,7 @@ QString AppSettings::languageRaw() const
 
 void AppSettings::setLanguageRaw(const QString& raw)
 {
-    if (auto value = appLanguageFromRaw(raw.toStdString()))
-        setLanguage(*value);
-    else
-        logRejected(QStringLiteral("language"), raw);
+    setFromRaw(raw, allAppLanguages, &AppSettings::setLanguage, QStringLiteral("language"));
 }
 
 bool AppSettings::loadPlainBool(const QString& key) const

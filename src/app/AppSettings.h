@@ -197,6 +197,10 @@ private:
     template <typename T>
     void assign(T& field, const T& value, void (AppSettings::*changed)(),
                 const std::optional<QString>& key);
+    // For QML, which sets enumerations by their raw text; unknown text is logged and ignored.
+    template <typename Enum, std::size_t N>
+    void setFromRaw(const QString& raw, const std::array<Enum, N>& allCases,
+                    void (AppSettings::*set)(Enum), const QString& key);
     void store(const QString& key, bool value);
     void store(const QString& key, int value);
     void store(const QString& key, double value);
