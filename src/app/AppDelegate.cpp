@@ -31,7 +31,7 @@ namespace {
 
 QUrl view(const char* file)
 {
-    return QUrl(QStringLiteral("qrc:/views/") + QLatin1String(file));
+    return QUrl(QStringLiteral("qrc:/Navro/") + QLatin1String(file));
 }
 
 QIcon statusItemIcon()

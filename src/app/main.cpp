@@ -3,8 +3,12 @@
 #include "app/TerminationSignals.h"
 
 #include <QApplication>
+#include <QQmlEngineExtensionPlugin>
 #include <QQuickStyle>
 #include <QQuickWindow>
+
+// The views, compiled into the program.
+Q_IMPORT_QML_PLUGIN(NavroPlugin)
 
 int main(int argc, char* argv[])
 {
@@ -27,6 +31,8 @@ int main(int argc, char* argv[])
     if (navro::handOverToRunningInstance())
         return 0;
 
+    // Every view is compiled into the program; a cache on disk could only be stale or damaged.
+    qputenv("QML_DISABLE_DISK_CACHE", "1");
     QQuickStyle::setStyle(QStringLiteral("Basic"));
     // The notch is a few flat shapes and some text. Qt Quick's own software renderer draws them
     // without loading an OpenGL driver, which on machines without a GPU (Mesa's llvmpipe) more

@@ -1,5 +1,4 @@
 import QtQuick
-import "."
 
 // One line of text at a side of the closed notch.
 Text {

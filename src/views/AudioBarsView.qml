@@ -1,5 +1,4 @@
 import QtQuick
-import "."
 
 // Level bars, one per level (0…1). Without levels it draws the bars at rest: short and still,
 // saying "music" without pretending to follow the sound.

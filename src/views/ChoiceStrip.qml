@@ -1,5 +1,4 @@
 import QtQuick
-import "."
 
 // A segmented choice: one of a few values, each with its label. model: [{value, label}].
 Rectangle {

@@ -1,5 +1,4 @@
 import QtQuick
-import "."
 
 // What the closed notch shows at its two sides for the current activity. The middle stays empty:
 // on a notched screen it is the camera housing. Leading and trailing follow the reading

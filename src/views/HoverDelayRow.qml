@@ -1,7 +1,6 @@
 import QtQuick
 import QtQuick.Controls
 import QtQuick.Layouts
-import "."
 
 // How long the pointer must rest on the notch before it opens.
 SettingsRow {

@@ -1,7 +1,6 @@
 import QtQuick
 import QtQuick.Layouts
 import QtQuick.Window
-import "."
 
 // The tray item's panel: the four actions of the application. Positioned at the tray item by
 // the application, closed when it loses focus.

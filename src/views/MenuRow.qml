@@ -1,6 +1,5 @@
 import QtQuick
 import QtQuick.Layouts
-import "."
 
 // One action of the menu-bar panel.
 Rectangle {

@@ -1,6 +1,5 @@
 import QtQuick
 import QtQuick.Controls
-import "."
 
 // A push button of the windows: filled with the accent when primary, quiet otherwise.
 Button {

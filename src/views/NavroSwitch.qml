@@ -1,6 +1,5 @@
 import QtQuick
 import QtQuick.Controls
-import "."
 
 // An on/off switch in the windows' theme.
 Switch {

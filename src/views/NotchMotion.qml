@@ -1,5 +1,4 @@
 import QtQuick
-import "."
 
 // The notch's one motion: a quick spring-like ease out when it opens or widens, a plain ease when
 // it closes.

@@ -1,6 +1,5 @@
 import QtQuick
 import QtQuick.Window
-import "."
 
 // The whole content of the notch window: a black notch hanging from the top edge of the screen,
 // closed (with the current activity at its sides) or open (the tabbed panel). The window is

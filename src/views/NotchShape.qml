@@ -1,5 +1,4 @@
 import QtQuick
-import "."
 
 // The notch's outline: a body hanging from the top edge with rounded lower corners, and two small
 // outward curves ("ears") where it meets the edge, so that it reads as part of the screen's frame

@@ -1,5 +1,4 @@
 import QtQuick
-import "."
 
 // One tab of the open notch's tab bar: its symbol above its title.
 Item {

@@ -1,6 +1,5 @@
 import QtQuick
 import QtQuick.Layouts
-import "."
 
 // One page of onboarding: a symbol, a title, a sentence, and whatever controls it holds.
 ColumnLayout {

@@ -2,7 +2,6 @@ import QtQuick
 import QtQuick.Controls
 import QtQuick.Layouts
 import QtQuick.Window
-import "."
 
 // First run: welcome, language, how the notch opens, launch at login, done.
 Window {

@@ -1,6 +1,5 @@
 import QtQuick
 import QtQuick.Layouts
-import "."
 
 // The two ways the notch opens, as cards that explain themselves.
 RowLayout {

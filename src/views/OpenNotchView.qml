@@ -1,5 +1,4 @@
 import QtQuick
-import "."
 
 // The open notch: the tab bar with the settings button, and the selected tab's content.
 Item {

@@ -1,7 +1,6 @@
 import QtQuick
 import QtQuick.Controls
 import QtQuick.Layouts
-import "."
 
 // A settings page: its title, then its sections in a scrolling column.
 ScrollView {

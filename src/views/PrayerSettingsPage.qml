@@ -2,7 +2,6 @@ import QtQuick
 import QtQuick.Controls
 import QtQuick.Layouts
 import QtQml.Models
-import "."
 
 // The prayer settings: the city (from the built-in table, grouped by country), the calculation
 // method and the Asr method. Choosing a city also switches to the method its authorities use; the

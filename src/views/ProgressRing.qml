@@ -1,5 +1,4 @@
 import QtQuick
-import "."
 
 // A thin ring: a dim track and, over it, the share done (0…1) in the tint.
 Canvas {

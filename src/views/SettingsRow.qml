@@ -1,6 +1,5 @@
 import QtQuick
 import QtQuick.Layouts
-import "."
 
 // One row of a settings card: a title (and optional detail) at the leading side, a control at
 // the trailing side.

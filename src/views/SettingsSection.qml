@@ -1,6 +1,5 @@
 import QtQuick
 import QtQuick.Layouts
-import "."
 
 // A titled group of rows on a card.
 ColumnLayout {

@@ -2,7 +2,6 @@ import QtQuick
 import QtQuick.Controls
 import QtQuick.Layouts
 import QtQuick.Window
-import "."
 
 // The settings window: General, Prayer and About pages, chosen by settings.settingsPage.
 Window {

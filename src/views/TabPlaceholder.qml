@@ -1,5 +1,4 @@
 import QtQuick
-import "."
 
 Item {
     id: placeholder
