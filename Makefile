@@ -2,14 +2,17 @@
 # builds incrementally in build/, then runs Navro or every test.
 BUILD_DIR ?= build
 JOBS ?= $(shell nproc)
+FUZZ_SECONDS ?= 20
+# A compiler cache speeds up rebuilds where one is installed; the build needs none.
+LAUNCHER := $(if $(shell command -v ccache),-DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
 
-.PHONY: deps configure build run test bench format clean
+.PHONY: deps configure build run test sanitize fuzz bench format clean
 
 deps:
 	@scripts/install-deps.sh
 
 configure: deps
-	@test -f $(BUILD_DIR)/build.ninja || cmake -S . -B $(BUILD_DIR) -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo
+	@test -f $(BUILD_DIR)/build.ninja || cmake -S . -B $(BUILD_DIR) -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo $(LAUNCHER)
 
 build: configure
 	@cmake --build $(BUILD_DIR) -j $(JOBS)
@@ -20,6 +23,14 @@ run: build
 test: build
 	@cd $(BUILD_DIR) && ctest --output-on-failure -j $(JOBS)
 
+# The unit tests under AddressSanitizer and UndefinedBehaviorSanitizer (build-sanitize/).
+sanitize: deps
+	@JOBS=$(JOBS) LAUNCHER="$(LAUNCHER)" scripts/sanitize.sh
+
+# Every libFuzzer target for FUZZ_SECONDS each (build-fuzz/).
+fuzz: deps
+	@JOBS=$(JOBS) LAUNCHER="$(LAUNCHER)" FUZZ_SECONDS=$(FUZZ_SECONDS) scripts/fuzz.sh
+
 bench: build
 	@scripts/bench.sh $(BUILD_DIR)
 
@@ -27,4 +38,4 @@ format:
 	@git ls-files '*.cpp' '*.h' | xargs clang-format -i
 
 clean:
-	@rm -rf $(BUILD_DIR)
+	@rm -rf $(BUILD_DIR) build-sanitize build-fuzz

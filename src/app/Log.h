@@ -19,12 +19,20 @@ public:
 };
 
 // Writes `prefix + message` as one line to the installed sink (standard error and syslog unless
-// a test installed its own).
+// a test installed its own). Control characters are escaped and the line is cut at
+// maxLogLineBytes, so whatever a message carries, a line stays one line of bounded length.
 void logLine(LogChannel channel, std::string_view message);
 inline void logLine(std::string_view message)
 {
     logLine(LogChannel::general, message);
 }
+
+inline constexpr std::size_t maxLogLineBytes = 2048;
+
+// Text from outside (another process's arguments, a file's contents, a tool's output) as it may
+// appear inside a log message: control characters escaped (\n, \t, \xNN), cut after at most
+// `limit` bytes on a character boundary, and when cut, followed by how long it was in all.
+std::string excerptForLog(std::string_view text, std::size_t limit = 200);
 
 // Collects lines instead of writing them, for as long as it lives.
 class CapturingLogSink final : public LogSink {

@@ -1,6 +1,7 @@
 #include "app/AppDelegate.h"
 #include "app/RemoteControl.h"
 #include "app/TerminationSignals.h"
+#include "app/Version.h"
 
 #include <QApplication>
 #include <QQmlEngineExtensionPlugin>
@@ -22,7 +23,7 @@ int main(int argc, char* argv[])
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Navro"));
     QApplication::setOrganizationName(QStringLiteral("Navro"));
-    QApplication::setApplicationVersion(QStringLiteral(NAVRO_VERSION));
+    QApplication::setApplicationVersion(QString::fromUtf8(navro::applicationVersion()));
     QApplication::setDesktopFileName(QStringLiteral("navro"));
     // The notch, the tray item and the hidden windows keep running with no window open.
     QApplication::setQuitOnLastWindowClosed(false);

@@ -20,12 +20,43 @@ TEST(Log, EachChannelWritesOneLineWithItsFixedPrefix)
                           }));
 }
 
-TEST(Log, MultiLineMessagesStayOneLine)
+TEST(Log, ControlCharactersAreEscapedSoALineStaysOneLine)
 {
     CapturingLogSink sink;
-    logLine("first\nsecond");
+    logLine(std::string("first\nsecond\tthird\r\x1b[31m\x7f") + '\0' + "end");
     ASSERT_EQ(sink.lines.size(), 1u);
-    EXPECT_EQ(sink.lines[0], "Navro: first second");
+    EXPECT_EQ(sink.lines[0], "Navro: first\\nsecond\\tthird\\r\\x1b[31m\\x7f\\x00end");
+}
+
+TEST(Log, AHugeMessageIsCutToABoundedLine)
+{
+    CapturingLogSink sink;
+    logLine(std::string(120 * 1024, 'a'));
+    ASSERT_EQ(sink.lines.size(), 1u);
+    EXPECT_LE(sink.lines[0].size(), maxLogLineBytes);
+    EXPECT_NE(sink.lines[0].find("... (cut at "), std::string::npos);
+}
+
+TEST(Log, ExcerptsCutOnCharacterBoundariesAndSayTheFullLength)
+{
+    struct Case {
+        std::string text;
+        std::size_t limit;
+        std::string expected;
+    };
+    const std::vector<Case> cases = {
+        {"short", 200, "short"},
+        {"abcdefgh", 4, "abcd... (8 bytes)"},
+        // Arabic letters are two bytes each: the third one does not fit in five bytes.
+        {"\u0645\u0631\u062d\u0628\u0627", 5, "\u0645\u0631... (10 bytes)"},
+        // An escape is not split either.
+        {"ab\ncd", 3, "ab... (5 bytes)"},
+        {"a\x01", 10, "a\\x01"},
+        // A broken character is passed on byte by byte.
+        {"x\xe2\x82", 10, "x\xe2\x82"},
+    };
+    for (const Case& c : cases)
+        EXPECT_EQ(excerptForLog(c.text, c.limit), c.expected) << c.text;
 }
 
 TEST(Log, NestedCapturesRestoreTheOuterSink)

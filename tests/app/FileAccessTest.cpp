@@ -1,0 +1,195 @@
+#include "app/FileAccess.h"
+
+#include "app/Log.h"
+#include "app/SafeStorage.h"
+#include "app/Version.h"
+
+#include <cstdlib>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace navro {
+namespace {
+
+namespace fs = std::filesystem;
+
+class FileAccessTest : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        char name[] = "/tmp/navro-files-XXXXXX";
+        ASSERT_NE(::mkdtemp(name), nullptr);
+        folder_ = name;
+    }
+    void TearDown() override
+    {
+        std::error_code ignored;
+        fs::permissions(folder_, fs::perms::owner_all, ignored);
+        fs::remove_all(folder_, ignored);
+    }
+
+    fs::path put(const std::string& name, const std::string& bytes)
+    {
+        const fs::path path = folder_ / name;
+        std::ofstream(path, std::ios::binary) << bytes;
+        return path;
+    }
+
+    static std::string contents(const fs::path& path)
+    {
+        std::ifstream in(path, std::ios::binary);
+        return {std::istreambuf_iterator<char>(in), {}};
+    }
+
+    static mode_t modeOf(const fs::path& path)
+    {
+        struct stat info {};
+        ::stat(path.c_str(), &info);
+        return info.st_mode & 07777;
+    }
+
+    fs::path folder_;
+};
+
+TEST_F(FileAccessTest, ReadsARegularFileWholeAndWithinItsCap)
+{
+    const fs::path file = put("notes.json", std::string("{\"a\":1}\0tail", 12));
+    const FileRead read = readRegularFile(file, 12);
+    ASSERT_TRUE(read.ok()) << read.reason;
+    EXPECT_EQ(read.bytes, std::string("{\"a\":1}\0tail", 12));
+
+    const FileRead tooLarge = readRegularFile(file, 11);
+    EXPECT_EQ(tooLarge.status, FileRead::Status::tooLarge);
+    EXPECT_TRUE(tooLarge.bytes.empty());
+
+    const FileRead empty = readRegularFile(put("empty", ""), 10);
+    ASSERT_TRUE(empty.ok());
+    EXPECT_TRUE(empty.bytes.empty());
+}
+
+TEST_F(FileAccessTest, SpecialFilesAreRefusedWithoutBlocking)
+{
+    const fs::path fifo = folder_ / "fifo";
+    ASSERT_EQ(::mkfifo(fifo.c_str(), 0600), 0);
+    fs::create_directory(folder_ / "folder");
+    fs::create_symlink("/dev/zero", folder_ / "zero");
+
+    struct Case {
+        fs::path path;
+        FileRead::Status status;
+        std::string reason;
+    };
+    for (const Case& c : {Case{fifo, FileRead::Status::notRegular, "a FIFO"},
+                          Case{folder_ / "folder", FileRead::Status::notRegular, "a folder"},
+                          Case{folder_ / "zero", FileRead::Status::notRegular, "a device"},
+                          Case{folder_ / "absent", FileRead::Status::missing, "no such file"},
+                          Case{folder_ / "absent/below", FileRead::Status::missing, ""}}) {
+        const FileRead read = readRegularFile(c.path, 1 << 20);
+        EXPECT_EQ(read.status, c.status) << c.path;
+        EXPECT_NE(read.reason.find(c.reason), std::string::npos) << read.reason;
+    }
+}
+
+TEST_F(FileAccessTest, AtomicWritesArePrivateAndReplaceTheWholeFile)
+{
+    const fs::path file = folder_ / "clipboard.plist";
+    ASSERT_EQ(writeFileAtomically(file, "first version, longer"), std::nullopt);
+    ASSERT_EQ(writeFileAtomically(file, "second"), std::nullopt);
+    EXPECT_EQ(contents(file), "second");
+    EXPECT_EQ(modeOf(file), 0600u);
+    // No temporary file is left beside it.
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder_), fs::directory_iterator()), 1);
+}
+
+TEST_F(FileAccessTest, AtomicWritesLeaveWhateverIsInTheWayAlone)
+{
+    const fs::path fifo = folder_ / "notes.json";
+    ASSERT_EQ(::mkfifo(fifo.c_str(), 0600), 0);
+    const auto error = writeFileAtomically(fifo, "{}");
+    ASSERT_TRUE(error.has_value());
+    EXPECT_EQ(*error, "a FIFO is in the way");
+    EXPECT_TRUE(fs::is_fifo(fifo));
+
+    fs::create_directory(folder_ / "shelf.json");
+    EXPECT_EQ(writeFileAtomically(folder_ / "shelf.json", "{}"), "a folder is in the way");
+}
+
+TEST_F(FileAccessTest, AFailedWriteSaysWhyAndLeavesNothingBehind)
+{
+    // A plain file where the folder should be: no user, root included, can write below it.
+    put("Navro", "not a folder");
+    const auto error = writeFileAtomically(folder_ / "Navro/notes.json", "{}");
+    ASSERT_TRUE(error.has_value());
+    EXPECT_EQ(*error, "Not a directory");
+    EXPECT_EQ(contents(folder_ / "Navro"), "not a folder");
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder_), fs::directory_iterator()), 1);
+}
+
+TEST_F(FileAccessTest, PrivateFoldersAreCreatedWithTheirParentsAndMadePrivate)
+{
+    const fs::path data = folder_ / "share/Navro";
+    ASSERT_EQ(makePrivateFolder(data), std::nullopt);
+    EXPECT_EQ(modeOf(data), 0700u);
+    fs::permissions(data, fs::perms::all);
+    ASSERT_EQ(makePrivateFolder(data), std::nullopt);
+    EXPECT_EQ(modeOf(data), 0700u);
+
+    put("plain", "x");
+    EXPECT_TRUE(makePrivateFolder(folder_ / "plain").has_value());
+}
+
+TEST_F(FileAccessTest, TheDataFolderFollowsXdgDataHome)
+{
+    const char* saved = std::getenv("XDG_DATA_HOME");
+    const std::string restore = saved ? saved : "";
+    ::setenv("XDG_DATA_HOME", "/srv/data", 1);
+    EXPECT_EQ(dataFolder(), fs::path("/srv/data/Navro"));
+    // A relative value is not a valid base directory.
+    ::setenv("XDG_DATA_HOME", "relative", 1);
+    EXPECT_EQ(dataFolder(), fs::path(std::getenv("HOME")) / ".local/share/Navro");
+    if (saved)
+        ::setenv("XDG_DATA_HOME", restore.c_str(), 1);
+    else
+        ::unsetenv("XDG_DATA_HOME");
+}
+
+TEST(SafeStorageName, KeepsTheExtensionAndUsesWholeSeconds)
+{
+    const WallTime at{std::chrono::milliseconds(1'700'000'000'999)};
+    EXPECT_EQ(SafeStorage::backupName("notes.json", "1.4.2", at),
+              "notes.unreadable-1.4.2-1700000000.json");
+    EXPECT_EQ(SafeStorage::backupName("clipboard.plist", "0.0.1", at),
+              "clipboard.unreadable-0.0.1-1700000000.plist");
+    EXPECT_EQ(SafeStorage::backupName("README", "0.0.1", at), "README.unreadable-0.0.1-1700000000");
+}
+
+TEST_F(FileAccessTest, AnUnreadableFileIsCopiedAsideAndLeftInPlace)
+{
+    CapturingLogSink log;
+    const fs::path file = put("notes.json", "{\"todos\": [");
+    const WallTime at{std::chrono::seconds(1'700'000'000)};
+    SafeStorage::backUpUnreadable(file, at);
+    // The same second again: the copy fails quietly, the first backup stays, the line is logged.
+    put("notes.json", "changed since");
+    SafeStorage::backUpUnreadable(file, at + std::chrono::milliseconds(400));
+
+    const std::string backup = SafeStorage::backupName("notes.json", applicationVersion(), at);
+    EXPECT_EQ(contents(folder_ / backup), "{\"todos\": [");
+    EXPECT_EQ(modeOf(folder_ / backup), 0600u);
+    EXPECT_EQ(contents(file), "changed since");
+    const std::string line = "Navro: could not read notes.json; kept a copy at " + backup;
+    EXPECT_EQ(log.lines, (std::vector<std::string>{line, line}));
+}
+
+TEST_F(FileAccessTest, NothingIsBackedUpOrLoggedForAMissingFile)
+{
+    CapturingLogSink log;
+    SafeStorage::backUpUnreadable(folder_ / "notes.json", WallTime{});
+    EXPECT_TRUE(log.lines.empty());
+    EXPECT_TRUE(fs::is_empty(folder_));
+}
+
+} // namespace
+} // namespace navro
