@@ -19,5 +19,6 @@ else
     apt_get=(sudo apt-get)
 fi
 export DEBIAN_FRONTEND=noninteractive
-"${apt_get[@]}" update
-"${apt_get[@]}" install -y --no-install-recommends "${missing[@]}"
+# Another installation in progress (an unattended upgrade) holds the lock for a while: wait.
+"${apt_get[@]}" -o DPkg::Lock::Timeout=600 update
+"${apt_get[@]}" -o DPkg::Lock::Timeout=600 install -y --no-install-recommends "${missing[@]}"
