@@ -1,6 +1,7 @@
 #include "app/AppDelegate.h"
 
 #include "app/AppActions.h"
+#include "app/FileAccess.h"
 #include "app/AppSettings.h"
 #include "app/HotKey.h"
 #include "app/IconImageProvider.h"
@@ -9,6 +10,11 @@
 #include "app/OnboardingFinish.h"
 #include "app/QSettingsStore.h"
 #include "app/QmlWindowHost.h"
+#include "data/ClipboardHistoryModel.h"
+#include "data/ClipboardImageProvider.h"
+#include "data/ClipboardStore.h"
+#include "data/FrontmostApplication.h"
+#include "data/Pasteboard.h"
 #include "notch/ActivityCenter.h"
 #include "notch/NotchViewModel.h"
 #include "notch/NotchWindowController.h"
@@ -77,6 +83,12 @@ void AppDelegate::start()
 
     timeEvents_ = std::make_unique<LinuxSystemTimeEvents>();
     prayer_ = std::make_unique<PrayerService>(*settings_, clock_, *timeEvents_);
+    pasteboard_ = makeSystemPasteboard();
+    frontmost_ = makeFrontmostApplication();
+    clipboard_ = std::make_unique<ClipboardStore>(*settings_, clock_, *pasteboard_, *frontmost_,
+                                                  dataFolder());
+    clipboard_->start();
+    clipboardHistory_ = std::make_unique<ClipboardHistoryModel>(*clipboard_);
     activityCenter_ = std::make_unique<ActivityCenter>(clock_, *settings_);
     connect(prayer_.get(), &PrayerService::prayerChanged, activityCenter_.get(),
             &ActivityCenter::notePrayerChanged);
@@ -179,6 +191,10 @@ void AppDelegate::setUpEngine()
     context->setContextProperty(QStringLiteral("notch"), notchModel_.get());
     context->setContextProperty(QStringLiteral("activityCenter"), activityCenter_.get());
     context->setContextProperty(QStringLiteral("prayer"), prayer_.get());
+    context->setContextProperty(QStringLiteral("clipboard"), clipboard_.get());
+    context->setContextProperty(QStringLiteral("clipboardHistory"), clipboardHistory_.get());
+    engine_->addImageProvider(QStringLiteral("clipboard"),
+                              new ClipboardImageProvider(clipboard_->imagesFolder()));
 }
 
 void AppDelegate::setUpStatusItem()
@@ -266,6 +282,20 @@ void AppDelegate::toggle()
         notchModel_->close();
     else
         notchModel_->open(false, true);
+}
+
+bool AppDelegate::openTab(const QString& tab)
+{
+    const auto chosen = notchTabFromRaw(tab.toStdString());
+    if (!chosen)
+        return false;
+    if (notchPanelVisible()) {
+        // Opening may pick the tab of the closed notch's activity; the asked-for tab wins.
+        notchModel_->open(false, true);
+        notchModel_->setSelectedTab(*chosen);
+        notch_->takeFocus();
+    }
+    return true;
 }
 
 RemoteState AppDelegate::remoteState() const

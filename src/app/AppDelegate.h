@@ -19,12 +19,16 @@ namespace navro {
 class ActivityCenter;
 class AppActions;
 class AppSettings;
+class ClipboardHistoryModel;
+class ClipboardStore;
+class FrontmostApplication;
 class HotKey;
 class LaunchAtLogin;
 class NotchViewModel;
 class NotchWindowController;
 class OnboardingFinish;
 class PanelWindowSystem;
+class Pasteboard;
 class PrayerService;
 class SystemTimeEvents;
 class QSettingsStore;
@@ -55,6 +59,7 @@ public:
     void close() override;
     void toggle() override;
     void openSettings(const QString& page) override { showSettings(page); }
+    bool openTab(const QString& tab) override;
     RemoteState remoteState() const override;
 
 private:
@@ -86,6 +91,10 @@ private:
     std::unique_ptr<LaunchAtLogin> launchAtLogin_;
     std::unique_ptr<SystemTimeEvents> timeEvents_;
     std::unique_ptr<PrayerService> prayer_;
+    std::unique_ptr<Pasteboard> pasteboard_;
+    std::unique_ptr<FrontmostApplication> frontmost_;
+    std::unique_ptr<ClipboardStore> clipboard_;
+    std::unique_ptr<ClipboardHistoryModel> clipboardHistory_;
     std::unique_ptr<ActivityCenter> activityCenter_;
     std::unique_ptr<NotchViewModel> notchModel_;
     std::unique_ptr<PanelWindowSystem> panelWindowSystem_;

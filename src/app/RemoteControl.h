@@ -27,6 +27,9 @@ public:
     virtual void toggle() = 0;
     virtual void showOnboarding() = 0;
     virtual void openSettings(const QString& page) = 0; // "general", "prayer" or "about"
+    // Opens the notch with keyboard focus on the tab with that id ("clipboard" …). False, and
+    // nothing changes, when no tab has that id.
+    virtual bool openTab(const QString& tab) = 0;
     virtual RemoteState remoteState() const = 0;
 };
 

@@ -116,6 +116,12 @@ bool NotchWindowController::pointerInOpenHotZone() const
     return position && viewModel_.isOpen() && viewModel_.hotZoneRect().contains(*position);
 }
 
+void NotchWindowController::takeFocus()
+{
+    if (viewModel_.isOpen())
+        activateWindow();
+}
+
 void NotchWindowController::activateWindow()
 {
     if (!panel_->isActive())

@@ -37,6 +37,8 @@ public:
 
     // The panel exists and is on screen.
     bool isVisible() const;
+    // Gives the open notch keyboard focus, as when it was opened with focus.
+    void takeFocus();
     NotchPanel* panel() const { return panel_.get(); }
 
     std::optional<QPoint> pointerPosition() const override;

@@ -23,6 +23,11 @@ public:
     void toggle() override { calls << "toggle"; }
     void showOnboarding() override { calls << "showOnboarding"; }
     void openSettings(const QString& page) override { calls << "openSettings(" + page + ")"; }
+    bool openTab(const QString& tab) override
+    {
+        calls << "openTab(" + tab + ")";
+        return tab == "clipboard" || tab == "prayer";
+    }
     RemoteState remoteState() const override { return state; }
 
     QStringList calls;
@@ -146,6 +151,32 @@ TEST_F(DBusRemoteControlTest, MethodsReachTheTargetFromAnotherConnection)
     const QDBusMessage wrong = callAndWait(client, method("Open", {QString("yes")}));
     EXPECT_EQ(wrong.type(), QDBusMessage::ErrorMessage) << "Open takes a boolean";
     EXPECT_EQ(target.calls.size(), 6);
+}
+
+TEST_F(DBusRemoteControlTest, OpenTabRefusesATabTheTargetDoesNotKnowWithInvalidArgs)
+{
+    RecordingTarget target;
+    auto publisher = publishRemoteControl(connect(), target);
+    ASSERT_NE(publisher, nullptr);
+    QDBusConnection client = connect();
+
+    for (const QString& known : {QString("clipboard"), QString("prayer")}) {
+        const QDBusMessage reply = callAndWait(client, method("OpenTab", {known}));
+        EXPECT_EQ(reply.type(), QDBusMessage::ReplyMessage) << reply.errorMessage().toStdString();
+    }
+    for (const QString& unknown : {QString("Clipboard"), QString(""), QString("nowhere")}) {
+        const QDBusMessage reply = callAndWait(client, method("OpenTab", {unknown}));
+        EXPECT_EQ(reply.type(), QDBusMessage::ErrorMessage) << unknown.toStdString();
+        EXPECT_EQ(reply.errorName(), "org.freedesktop.DBus.Error.InvalidArgs");
+        EXPECT_TRUE(reply.errorMessage().contains('"' + unknown + '"'))
+            << reply.errorMessage().toStdString();
+    }
+    EXPECT_EQ(target.calls, (QStringList{"openTab(clipboard)", "openTab(prayer)",
+                                         "openTab(Clipboard)", "openTab()", "openTab(nowhere)"}));
+
+    const QDBusMessage wrong = callAndWait(client, method("OpenTab", {42}));
+    EXPECT_EQ(wrong.type(), QDBusMessage::ErrorMessage) << "OpenTab takes a string";
+    EXPECT_EQ(target.calls.size(), 5);
 }
 
 TEST_F(DBusRemoteControlTest, StatePropertyMirrorsTheTargetAndIsReadOnly)

@@ -43,6 +43,14 @@ void RemoteControlAdaptor::OpenSettings(const QString& page)
     target_.openSettings(page);
 }
 
+void RemoteControlAdaptor::OpenTab(const QString& tab)
+{
+    const auto* call = dynamic_cast<const QDBusContext*>(parent());
+    if (!target_.openTab(tab) && call && call->calledFromDBus())
+        call->sendErrorReply(QDBusError::InvalidArgs,
+                             QStringLiteral("no tab is named \"%1\"").arg(tab.left(100)));
+}
+
 QVariantMap toVariantMap(const RemoteState& state)
 {
     return {

@@ -4,6 +4,7 @@
 
 #include <QDBusAbstractAdaptor>
 #include <QDBusConnection>
+#include <QDBusContext>
 #include <QVariantMap>
 
 namespace navro {
@@ -13,6 +14,7 @@ inline constexpr auto remoteObjectPath = "/io/navro/Navro";
 inline constexpr auto remoteInterfaceName = "io.navro.Navro";
 
 // The io.navro.Navro interface as seen on the bus; forwards every call to the RemoteControl.
+// Arguments it refuses are answered with org.freedesktop.DBus.Error.InvalidArgs.
 class RemoteControlAdaptor final : public QDBusAbstractAdaptor {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "io.navro.Navro")
@@ -29,6 +31,7 @@ public slots:
     void Toggle();
     void ShowOnboarding();
     void OpenSettings(const QString& page);
+    void OpenTab(const QString& tab);
 
 private:
     RemoteControl& target_;
@@ -36,8 +39,9 @@ private:
 
 QVariantMap toVariantMap(const RemoteState& state);
 
-// Owns the bus name and the object for as long as it lives.
-class DBusRemoteControl final : public QObject, public RemoteControlPublisher {
+// Owns the bus name and the object for as long as it lives. Qt tells the object an adaptor serves,
+// not the adaptor, which call is being answered: hence the context here.
+class DBusRemoteControl final : public QObject, public RemoteControlPublisher, public QDBusContext {
     Q_OBJECT
 
 public:

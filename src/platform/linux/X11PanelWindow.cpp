@@ -1,5 +1,7 @@
 #include "platform/linux/X11PanelWindow.h"
 
+#include "platform/linux/X11Windows.h"
+
 #include <QGuiApplication>
 #include <QPointer>
 #include <QTimer>
@@ -15,34 +17,6 @@
 #include <xcb/xcb.h>
 
 namespace navro {
-namespace {
-
-Display* qtDisplay()
-{
-    auto* x11 = qApp ? qApp->nativeInterface<QNativeInterface::QX11Application>() : nullptr;
-    return x11 ? x11->display() : nullptr;
-}
-
-// The window manager's active window, or 0 when it names none (or there is no such manager).
-Window activeWindow(Display* display)
-{
-    const Atom property = XInternAtom(display, "_NET_ACTIVE_WINDOW", False);
-    Atom type = None;
-    int format = 0;
-    unsigned long count = 0;
-    unsigned long remaining = 0;
-    unsigned char* data = nullptr;
-    Window active = 0;
-    if (XGetWindowProperty(display, DefaultRootWindow(display), property, 0, 1, False, XA_WINDOW,
-                           &type, &format, &count, &remaining, &data) == Success &&
-        data && type == XA_WINDOW && format == 32 && count == 1)
-        active = static_cast<Window>(*reinterpret_cast<unsigned long*>(data));
-    if (data)
-        XFree(data);
-    return active;
-}
-
-} // namespace
 
 X11PanelWindow::X11PanelWindow()
 {
