@@ -92,6 +92,12 @@ void AppDelegate::start()
     activityCenter_ = std::make_unique<ActivityCenter>(clock_, *settings_);
     connect(prayer_.get(), &PrayerService::prayerChanged, activityCenter_.get(),
             &ActivityCenter::notePrayerChanged);
+    connect(clipboard_.get(), &ClipboardStore::copiedBack, activityCenter_.get(), [this] {
+        // The notch closes on a copy from its history; the closed notch confirms it.
+        const bool arabic = settings_->isArabic();
+        activityCenter_->showToast(
+            ActivityCenter::makeToast("doc.on.clipboard", arabic ? "نُسخ" : "Copied", ""), 1.5);
+    });
     notchModel_ = std::make_unique<NotchViewModel>(clock_, *settings_);
     notchModel_->mirror(*activityCenter_);
 

@@ -268,6 +268,7 @@ bool ClipboardStore::copy(const QString& id)
     }
     std::rotate(items_.begin(), found, std::next(found));
     commit();
+    emit copiedBack();
     return true;
 }
 

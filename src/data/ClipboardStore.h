@@ -72,6 +72,8 @@ public:
 signals:
     void itemsChanged();
     void saveFailedChanged();
+    // An entry went back on the clipboard through copy().
+    void copiedBack();
 
 private:
     void load();

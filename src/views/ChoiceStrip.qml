@@ -5,6 +5,7 @@ Rectangle {
     id: strip
     property var model: []
     property string current: ""
+    property int itemMinimumWidth: 72
     signal chosen(string value)
 
     implicitWidth: row.implicitWidth + 4
@@ -20,7 +21,7 @@ Rectangle {
             model: strip.model
             delegate: Rectangle {
                 readonly property bool selected: strip.current === modelData.value
-                width: Math.max(72, label.implicitWidth + 24)
+                width: Math.max(strip.itemMinimumWidth, label.implicitWidth + 24)
                 height: strip.height - 4
                 radius: Theme.controlRadius - 2
                 color: selected ? Theme.cardBackground : (mouse.containsMouse ? Theme.buttonHover : "transparent")

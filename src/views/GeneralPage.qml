@@ -77,6 +77,35 @@ PageScaffold {
         }
     }
 
+    SettingsSection {
+        title: page.arabic ? "الحافظة" : "Clipboard"
+        SettingsRow {
+            title: page.arabic ? "الاحتفاظ بسجل لما تنسخه" : "Keep a history of what you copy"
+            detail: page.arabic ? "لا تُحفظ أبداً كلمات المرور التي تنسخها برامج إدارة كلمات المرور"
+                                : "Passwords copied from password managers are never kept"
+            NavroSwitch {
+                objectName: "clipboardEnabledSwitch"
+                checked: settings.clipboardEnabled
+                onToggled: settings.clipboardEnabled = checked
+            }
+        }
+        SettingsRow {
+            title: page.arabic ? "عدد العناصر المحفوظة" : "Entries kept"
+            enabled: settings.clipboardEnabled
+            opacity: enabled ? 1 : 0.5
+            ChoiceStrip {
+                objectName: "clipboardLimitChoice"
+                itemMinimumWidth: 42
+                current: String(settings.clipboardLimit)
+                model: [10, 25, 50, 100, 200, 500].map((count) => ({
+                    "value": String(count),
+                    "label": page.arabic ? count.toLocaleString(Qt.locale("ar"), "f", 0) : String(count)
+                }))
+                onChosen: (value) => settings.clipboardLimit = Number(value)
+            }
+        }
+    }
+
     RowLayout {
         Layout.fillWidth: true
         NavroButton {

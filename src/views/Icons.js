@@ -51,6 +51,12 @@ var files = {
     "bluetooth": "bluetooth",
     "sparkles": "sparkles",
     "rectangle.portrait.and.arrow.right": "log-out",
+    "doc.text": "file-text",
+    "link": "link",
+    "photo": "image",
+    "doc": "file",
+    "magnifyingglass": "search",
+    "trash": "trash-2",
     "circle": "circle"
 };
 

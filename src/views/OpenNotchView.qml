@@ -61,15 +61,20 @@ Item {
         // The tab's own view where one exists, else what it is.
         readonly property string view: panel.tabViews[notch.selectedTab] || ""
         sourceComponent: view === "" ? placeholder : tabView
+        // The tab's own keyboard focus (a search field, say) is the notch's.
+        focus: true
     }
 
     // Tabs with views of their own, by tab id (e.g. "notes": "NotesTab.qml"). A tab that is not
     // listed shows its symbol and title.
-    readonly property var tabViews: ({})
+    readonly property var tabViews: ({ "clipboard": "ClipboardTab.qml" })
 
     Component {
         id: tabView
-        Loader { source: content.view }
+        Loader {
+            source: content.view
+            focus: true
+        }
     }
 
     // Until a tab has content of its own it shows what it is.

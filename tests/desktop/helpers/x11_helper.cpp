@@ -8,8 +8,11 @@
 //                           coordinates) on every button press it receives
 //   background RRGGBB       paint the root in one colour in a way compositors see (a root pixmap
 //                           announced in _XROOTPMAP_ID; xsetroot's plain colour is drawn over)
+//   window INSTANCE CLASS   an ordinary window with that WM_CLASS, as an application's; prints
+//                           "mapped"
 #include <X11/Xatom.h>
 #include <X11/Xlib.h>
+#include <X11/Xutil.h>
 #include <X11/keysym.h>
 #include <cstdio>
 #include <cstdlib>
@@ -111,6 +114,25 @@ int background(Display* display, const char* hex)
     return 0;
 }
 
+int window(Display* display, char* instance, char* className)
+{
+    const Window window = XCreateSimpleWindow(display, DefaultRootWindow(display), 200, 300, 400,
+                                              200, 0, 0, 0xe0e0e0);
+    XClassHint hint{instance, className};
+    XSetClassHint(display, window, &hint);
+    XStoreName(display, window, className);
+    XSelectInput(display, window, StructureNotifyMask);
+    XMapWindow(display, window);
+    for (;;) {
+        XEvent event;
+        XNextEvent(display, &event);
+        if (event.type == MapNotify) {
+            std::puts("mapped");
+            std::fflush(stdout);
+        }
+    }
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -136,7 +158,10 @@ int main(int argc, char** argv)
     if (argc == 3 && std::strcmp(argv[1], "background") == 0) {
         return background(display, argv[2]);
     }
+    if (argc == 4 && std::strcmp(argv[1], "window") == 0) {
+        return window(display, argv[2], argv[3]);
+    }
     std::fprintf(stderr, "usage: x11_helper owner ATOM | grab-key | key-free | clickpad X Y W H | "
-                         "background RRGGBB\n");
+                         "background RRGGBB | window INSTANCE CLASS\n");
     return 2;
 }
