@@ -142,6 +142,7 @@ std::optional<FileError> writeFileAtomically(const std::filesystem::path& path,
         return kindOf(info) + " is in the way";
 
     const std::filesystem::path folder = path.has_parent_path() ? path.parent_path() : ".";
+    // removeAbandonedTemporaries knows this name.
     std::string temporary = (folder / ("." + path.filename().string() + ".XXXXXX")).string();
     std::vector<char> name(temporary.begin(), temporary.end());
     name.push_back('\0');
@@ -169,6 +170,18 @@ std::optional<FileError> writeFileAtomically(const std::filesystem::path& path,
     if (directory.get() >= 0)
         ::fsync(directory.get());
     return std::nullopt;
+}
+
+void removeAbandonedTemporaries(const std::filesystem::path& folder)
+{
+    std::error_code error;
+    for (const auto& entry : std::filesystem::directory_iterator(folder, error)) {
+        const std::string name = entry.path().filename().string();
+        // "." + the file's name + "." + the six characters mkostemp chose.
+        if (name.size() > 8 && name.front() == '.' && name[name.size() - 7] == '.' &&
+            entry.is_regular_file(error))
+            std::filesystem::remove(entry.path(), error);
+    }
 }
 
 std::optional<FileError> makePrivateFolder(const std::filesystem::path& folder)

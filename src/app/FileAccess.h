@@ -36,6 +36,10 @@ FileRead readRegularFile(const std::filesystem::path& path, std::size_t maxBytes
 std::optional<FileError> writeFileAtomically(const std::filesystem::path& path,
                                              std::string_view bytes, mode_t mode = 0600);
 
+// Removes the temporary files that writeFileAtomically leaves in `folder` when the process ends in
+// the middle of a write (".name.XXXXXX"). For a store's load, before anything writes there again.
+void removeAbandonedTemporaries(const std::filesystem::path& folder);
+
 // Creates `folder` and any missing parents; `folder` itself gets mode 0700 (also when it existed:
 // it is Navro's own and holds the user's private data). Returns the reason on failure.
 std::optional<FileError> makePrivateFolder(const std::filesystem::path& folder);

@@ -85,6 +85,8 @@ void ClipboardStore::schedulePoll()
 
 void ClipboardStore::load()
 {
+    removeAbandonedTemporaries(folder_);
+    removeAbandonedTemporaries(imagesFolder());
     const std::filesystem::path file = historyFile();
     const FileRead read = readRegularFile(file, maxHistoryFileBytes);
     if (read.status == FileRead::Status::missing)
@@ -126,10 +128,14 @@ void ClipboardStore::check()
     const std::uint64_t changeCount = pasteboard_.changeCount();
     if (changeCount == lastChangeCount_)
         return;
+    const std::uint64_t changes = changeCount - lastChangeCount_;
     lastChangeCount_ = changeCount;
     if (ignoreNextChange_) {
         ignoreNextChange_ = false;
-        return;
+        // Only this store's own write happened since the last look. After more changes the
+        // content is another program's.
+        if (changes == 1)
+            return;
     }
     if (!settings_.clipboardEnabled())
         return;

@@ -20,9 +20,10 @@ public:
     // Advances by one with every change of the clipboard's content, this process's own writes
     // included: each clear or write below is exactly one change.
     virtual std::uint64_t changeCount() = 0;
-    // From now on calls `changed` after every change, once the counter has advanced; an empty
-    // function stops it. False when the platform cannot tell of changes: the counter must then be
-    // read from time to time.
+    // From now on calls `changed` once for every change, after the counter has advanced (maybe on
+    // a later turn of the event loop, when further changes have come); an empty function stops
+    // it. False when the platform cannot tell of changes: the counter must then be read from time
+    // to time.
     virtual bool watch(std::function<void()> changed) = 0;
 
     // The MIME types the content is offered as.

@@ -127,6 +127,23 @@ TEST_F(FileAccessTest, AFailedWriteSaysWhyAndLeavesNothingBehind)
     EXPECT_EQ(std::distance(fs::directory_iterator(folder_), fs::directory_iterator()), 1);
 }
 
+TEST_F(FileAccessTest, OnlyTheTemporariesOfAtomicWritesAreRemovedAsAbandoned)
+{
+    const fs::path file = put("clipboard.plist", "whole");
+    // What a write cut short leaves: its temporary, as mkostemp names it.
+    const fs::path abandoned = put(".clipboard.plist.a1B2c3", "half");
+    const fs::path image = put(".5F1D2C3B.png.Zz09Xy", "half");
+    const fs::path hidden = put(".hidden", "mine");
+    const fs::path shortSuffix = put(".notes.json.abc", "not ours");
+    fs::create_directory(folder_ / ".folder.ABCDEF");
+    removeAbandonedTemporaries(folder_);
+    EXPECT_FALSE(fs::exists(abandoned));
+    EXPECT_FALSE(fs::exists(image));
+    for (const fs::path& kept : {file, hidden, shortSuffix, folder_ / ".folder.ABCDEF"})
+        EXPECT_TRUE(fs::exists(kept)) << kept;
+    removeAbandonedTemporaries(folder_ / "missing"); // nothing to do, nothing thrown
+}
+
 TEST_F(FileAccessTest, PrivateFoldersAreCreatedWithTheirParentsAndMadePrivate)
 {
     const fs::path data = folder_ / "share/Navro";

@@ -308,6 +308,19 @@ TEST_F(ClipboardStoreTest, CopyingBackRecordsNothingAndMovesTheEntryToTheTop)
     }
 }
 
+TEST_F(ClipboardStoreTest, AnotherProgramsCopyRightAfterACopyBackIsStillRecorded)
+{
+    pasteboard.defersOwnChanges = true;
+    auto store = startStore();
+    pasteboard.copy(FakePasteboard::text("old"));
+    pasteboard.copy(FakePasteboard::text("newer"));
+    ASSERT_TRUE(store->copy(QString::fromStdString(store->items()[1].id)));
+    // Another program copies before this store hears of its own write.
+    pasteboard.copy(FakePasteboard::text("theirs"));
+    pasteboard.deliverDeferred();
+    EXPECT_EQ(texts(*store), (std::vector<std::string>{"theirs", "old", "newer"}));
+}
+
 TEST_F(ClipboardStoreTest, AnImageWhoseFileIsGoneClearsTheClipboardAndStays)
 {
     auto store = startStore();
@@ -397,7 +410,7 @@ TEST_F(ClipboardStoreTest, AMissingHistoryIsAnEmptyOneWithoutAWord)
     EXPECT_FALSE(fs::exists(folder));
 }
 
-TEST_F(ClipboardStoreTest, BadEntriesAreLeftOutAndStrayImagesRemoved)
+TEST_F(ClipboardStoreTest, BadEntriesAreLeftOutAndWhatACrashLeftIsRemoved)
 {
     ClipboardItem good;
     good.id = "5F1D2C3B-4A59-4687-9A1B-2C3D4E5F6A7B";
@@ -415,6 +428,8 @@ TEST_F(ClipboardStoreTest, BadEntriesAreLeftOutAndStrayImagesRemoved)
                              "A1B2C3D4-E5F6-4789-8ABC-DEF012345678.png", "notes.png"})
         ASSERT_FALSE(writeFileAtomically(images / name, "png"));
     ASSERT_FALSE(writeFileAtomically(folder / "outside.png", "not mine"));
+    ASSERT_FALSE(writeFileAtomically(folder / ".clipboard.plist.Ab12Cd", "cut short"));
+    ASSERT_FALSE(writeFileAtomically(images / ".5F1D2C3B.png.Ab12Cd", "cut short"));
 
     CapturingLogSink log;
     auto store = startStore();
@@ -422,6 +437,7 @@ TEST_F(ClipboardStoreTest, BadEntriesAreLeftOutAndStrayImagesRemoved)
     EXPECT_TRUE(log.contains("left out 1 entries"));
     EXPECT_EQ(imageFiles(), (std::vector<std::string>{"5F1D2C3B-4A59-4687-9A1B-2C3D4E5F6A7B.png",
                                                       "notes.png"}));
+    EXPECT_FALSE(fs::exists(folder / ".clipboard.plist.Ab12Cd"));
     store->clear();
     EXPECT_TRUE(fs::exists(folder / "outside.png"));
 }

@@ -48,8 +48,16 @@ X11Pasteboard::X11Pasteboard() : clipboard_(QGuiApplication::clipboard())
             if (mode != QClipboard::Clipboard)
                 return;
             ++changeCount_;
-            if (changed_)
-                changed_();
+            // Told on the next turn of the event loop rather than from inside Qt's handling of X
+            // events: a program that copies again as soon as it is read would otherwise keep that
+            // handling going without end, and nothing else (the bus, the notch) would get a turn.
+            QMetaObject::invokeMethod(
+                this,
+                [this] {
+                    if (changed_)
+                        changed_();
+                },
+                Qt::QueuedConnection);
         });
 }
 
