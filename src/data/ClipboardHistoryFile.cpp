@@ -1,5 +1,7 @@
 #include "data/ClipboardHistoryFile.h"
 
+#include "data/Utf8.h"
+
 #include <algorithm>
 #include <limits>
 #include <memory>
@@ -25,7 +27,10 @@ plist_t dateNode(WallTime date)
     const auto sinceReference = date.time_since_epoch() - referenceDate;
     // Whole seconds rounded down, so that the microseconds are never negative.
     auto whole = floor<seconds>(sinceReference);
-    const auto micro = duration_cast<microseconds>(sinceReference - whole);
+    // The library reads the fraction of a date before 2001 with the wrong sign, so such a date (a
+    // clock set wrong) keeps whole seconds only.
+    const auto micro = whole.count() < 0 ? microseconds(0)
+                                         : duration_cast<microseconds>(sinceReference - whole);
     using Limits = std::numeric_limits<std::int32_t>;
     whole = std::clamp(whole, seconds(Limits::min()), seconds(Limits::max()));
     return plist_new_date(std::int32_t(whole.count()), std::int32_t(micro.count()));
@@ -50,7 +55,8 @@ std::optional<std::string> stringValue(plist_t dictionary, const char* key)
     const char* text = plist_get_string_ptr(node, &length);
     if (!text)
         return std::nullopt;
-    return std::string(text, length);
+    // The file's bytes need not be UTF-8 (a binary list's ASCII strings may hold any byte).
+    return withValidUtf8(std::string_view(text, length));
 }
 
 // A name that stays inside the images folder: no separator, not the folder or its parent.
@@ -86,11 +92,13 @@ std::optional<ClipboardItem> decodeItem(plist_t node)
     return item;
 }
 
-void setString(plist_t dictionary, const char* key, std::string value)
+void setString(plist_t dictionary, const char* key, std::string_view value)
 {
-    // The library takes C strings: a NUL inside would end the value early, so none is written.
-    std::erase(value, '\0');
-    plist_dict_set_item(dictionary, key, plist_new_string(value.c_str()));
+    // The library takes C strings, so a NUL inside would end the value early: none is written.
+    // Nor is anything but UTF-8, which the library would turn into a file it cannot read back.
+    std::string clean = withValidUtf8(value);
+    std::erase(clean, '\0');
+    plist_dict_set_item(dictionary, key, plist_new_string(clean.c_str()));
 }
 
 } // namespace
@@ -125,7 +133,7 @@ std::string encodeClipboardHistory(const std::vector<ClipboardItem>& items)
     for (const ClipboardItem& item : items) {
         plist_t entry = plist_new_dict();
         setString(entry, "id", item.id);
-        setString(entry, "kind", std::string(rawValue(item.kind)));
+        setString(entry, "kind", rawValue(item.kind));
         setString(entry, "text", item.text);
         plist_dict_set_item(entry, "date", dateNode(item.date));
         if (item.imageFile)

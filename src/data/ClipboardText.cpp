@@ -1,53 +1,9 @@
 #include "data/ClipboardText.h"
 
-#include <cstdint>
+#include "data/Utf8.h"
 
 namespace navro {
 namespace {
-
-struct Decoded {
-    char32_t codePoint;
-    std::size_t length;
-};
-
-// The code point that starts at `at`, or nothing when the bytes there are not well-formed UTF-8
-// (overlong forms, surrogates and values past U+10FFFF included). Trimming stops at such bytes
-// rather than guessing what they meant.
-std::optional<Decoded> decodeAt(std::string_view text, std::size_t at)
-{
-    const auto lead = static_cast<unsigned char>(text[at]);
-    if (lead < 0x80)
-        return Decoded{lead, 1};
-    std::size_t length = 0;
-    char32_t value = 0;
-    char32_t smallest = 0;
-    if ((lead & 0xe0) == 0xc0) {
-        length = 2;
-        value = lead & 0x1f;
-        smallest = 0x80;
-    } else if ((lead & 0xf0) == 0xe0) {
-        length = 3;
-        value = lead & 0x0f;
-        smallest = 0x800;
-    } else if ((lead & 0xf8) == 0xf0) {
-        length = 4;
-        value = lead & 0x07;
-        smallest = 0x10000;
-    } else {
-        return std::nullopt;
-    }
-    if (text.size() - at < length)
-        return std::nullopt;
-    for (std::size_t i = 1; i < length; ++i) {
-        const auto next = static_cast<unsigned char>(text[at + i]);
-        if ((next & 0xc0) != 0x80)
-            return std::nullopt;
-        value = (value << 6) | (next & 0x3f);
-    }
-    if (value < smallest || value > 0x10ffff || (value >= 0xd800 && value <= 0xdfff))
-        return std::nullopt;
-    return Decoded{value, length};
-}
 
 bool isTrimmed(char32_t c)
 {
@@ -106,8 +62,9 @@ std::optional<std::string_view> leadingScheme(std::string_view text)
 std::string trimmedCopiedText(std::string_view utf8)
 {
     std::size_t begin = 0;
+    // Trimming stops at bytes that are not well-formed UTF-8 rather than guess what they meant.
     while (begin < utf8.size()) {
-        const auto decoded = decodeAt(utf8, begin);
+        const auto decoded = decodeUtf8At(utf8, begin);
         if (!decoded || !isTrimmed(decoded->codePoint))
             break;
         begin += decoded->length;
@@ -119,7 +76,7 @@ std::string trimmedCopiedText(std::string_view utf8)
         while (start > begin && end - start < 4 &&
                (static_cast<unsigned char>(utf8[start]) & 0xc0) == 0x80)
             --start;
-        const auto decoded = decodeAt(utf8, start);
+        const auto decoded = decodeUtf8At(utf8, start);
         if (!decoded || start + decoded->length != end || !isTrimmed(decoded->codePoint))
             break;
         end = start;

@@ -36,7 +36,7 @@ std::vector<ClipboardItem> sampleHistory()
         item("A1B2C3D4-E5F6-4789-8ABC-DEF012345678", ClipboardKind::link, "https://example.com",
              someDate - milliseconds(1)),
         item("00000000-0000-4000-8000-000000000000", ClipboardKind::file, "/tmp/a b\n/tmp/c",
-             WallTime(seconds(978'307'200 - 2))), // before 2001
+             WallTime(seconds(978'307'200 - 2))),
         withImage,
         item("FFFFFFFF-FFFF-4FFF-BFFF-FFFFFFFFFFFF", ClipboardKind::text, "", someDate),
     };
@@ -55,6 +55,34 @@ TEST(ClipboardHistoryFile, WhatIsWrittenReadsBackTheSameInABinaryPropertyList)
     const auto empty = decodeClipboardHistory(encodeClipboardHistory({}));
     ASSERT_TRUE(empty);
     EXPECT_TRUE(empty->items.empty());
+}
+
+TEST(ClipboardHistoryFile, BytesThatAreNotUtf8AreReadAsReplacementCharactersAndWrittenReadably)
+{
+    auto history = sampleHistory();
+    std::string bytes = encodeClipboardHistory(history);
+    // A binary list stores "Text Editor" as ASCII; a stray high byte there is no UTF-8.
+    bytes[bytes.find("Text Editor")] = '\xa3';
+    const auto decoded = decodeClipboardHistory(bytes);
+    ASSERT_TRUE(decoded);
+    EXPECT_EQ(decoded->items[0].sourceApp, "\ufffdext Editor");
+    const auto again = decodeClipboardHistory(encodeClipboardHistory(decoded->items));
+    ASSERT_TRUE(again);
+    EXPECT_EQ(again->items, decoded->items);
+
+    history[1].text = "caf\xc3 \xed\xa0\x80!";
+    const auto written = decodeClipboardHistory(encodeClipboardHistory(history));
+    ASSERT_TRUE(written);
+    EXPECT_EQ(written->items[1].text, "caf\ufffd \ufffd\ufffd\ufffd!");
+}
+
+TEST(ClipboardHistoryFile, ADateBefore2001KeepsWholeSecondsOnly)
+{
+    auto history = sampleHistory();
+    history[0].date = WallTime(seconds(978'307'200) - milliseconds(1500));
+    const auto decoded = decodeClipboardHistory(encodeClipboardHistory(history));
+    ASSERT_TRUE(decoded);
+    EXPECT_EQ(decoded->items[0].date, WallTime(seconds(978'307'200 - 2)));
 }
 
 TEST(ClipboardHistoryFile, ANulCannotBeKeptAndIsLeftOut)
