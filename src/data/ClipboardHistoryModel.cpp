@@ -57,7 +57,9 @@ void ClipboardHistoryModel::rebuild()
         row.text = toQString(item.text);
         row.imageFile = toQString(item.imageFile.value_or(""));
         row.source = toQString(item.sourceApp.value_or(""));
-        row.date = QDateTime::fromMSecsSinceEpoch(item.date.time_since_epoch().count());
+        // In UTC: the views only measure ages from it, and local time would look the zone up again
+        // for every row.
+        row.date = QDateTime::fromMSecsSinceEpoch(item.date.time_since_epoch().count(), Qt::UTC);
         rows_.push_back(std::move(row));
     }
     refilter();

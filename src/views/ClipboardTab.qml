@@ -281,7 +281,9 @@ FocusScope {
             bottom: saveNote.visible ? saveNote.top : parent.bottom
         }
         clip: true
-        model: clipboardHistory
+        // Rows are built only while they can be seen: copies made while the notch is closed
+        // cost no views.
+        model: tab.visible ? clipboardHistory : null
         spacing: 2
         currentIndex: 0
         keyNavigationEnabled: true
