@@ -98,8 +98,8 @@ void recordOneCopy(benchmark::State& state)
     writeFileAtomically(folder.path / "clipboard.plist", encodeClipboardHistory(fullHistory()));
     Services services;
     services.settings.setClipboardLimit(500);
-    ClipboardStore store(services.settings, services.clock, services.pasteboard,
-                         services.frontmost, folder.path);
+    ClipboardStore store(services.settings, services.clock, services.pasteboard, services.frontmost,
+                         folder.path);
     store.start();
     int copy = 0;
     for (auto _ : state)

@@ -1,8 +1,8 @@
 #include "app/AppDelegate.h"
 
 #include "app/AppActions.h"
-#include "app/FileAccess.h"
 #include "app/AppSettings.h"
+#include "app/FileAccess.h"
 #include "app/HotKey.h"
 #include "app/IconImageProvider.h"
 #include "app/LaunchAtLogin.h"

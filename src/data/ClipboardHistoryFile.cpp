@@ -29,8 +29,8 @@ plist_t dateNode(WallTime date)
     auto whole = floor<seconds>(sinceReference);
     // The library reads the fraction of a date before 2001 with the wrong sign, so such a date (a
     // clock set wrong) keeps whole seconds only.
-    const auto micro = whole.count() < 0 ? microseconds(0)
-                                         : duration_cast<microseconds>(sinceReference - whole);
+    const auto micro =
+        whole.count() < 0 ? microseconds(0) : duration_cast<microseconds>(sinceReference - whole);
     using Limits = std::numeric_limits<std::int32_t>;
     whole = std::clamp(whole, seconds(Limits::min()), seconds(Limits::max()));
     return plist_new_date(std::int32_t(whole.count()), std::int32_t(micro.count()));

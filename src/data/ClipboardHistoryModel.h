@@ -21,8 +21,14 @@ class ClipboardHistoryModel final : public QAbstractListModel {
     Q_PROPERTY(int count READ count NOTIFY countChanged)
 
 public:
-    enum Role { itemIdRole = Qt::UserRole + 1, kindRole, previewRole, imageFileRole, sourceRole,
-                dateRole };
+    enum Role {
+        itemIdRole = Qt::UserRole + 1,
+        kindRole,
+        previewRole,
+        imageFileRole,
+        sourceRole,
+        dateRole
+    };
 
     // The longest text a row carries: the row shows two lines of it at most.
     static constexpr qsizetype previewLength = 400;

@@ -21,7 +21,7 @@ std::optional<ClipboardKind> clipboardKindFromRaw(std::string_view raw);
 struct ClipboardItem {
     std::string id; // a UUID in upper-case canonical form
     ClipboardKind kind = ClipboardKind::text;
-    std::string text; // the text or link; for files their paths, one per line
+    std::string text;                     // the text or link; for files their paths, one per line
     std::optional<std::string> imageFile; // for images: the PNG's name in the images folder
     std::optional<std::string> sourceApp; // the application in front when it was copied
     WallTime date;

@@ -217,7 +217,8 @@ void ClipboardStore::recordImage(const QImage& image, const std::optional<QStrin
         error = makePrivateFolder(imagesFolder());
     const std::string name = imageFileName(item.id);
     if (!error)
-        error = writeFileAtomically(imagesFolder() / name, std::string_view(png.data(), png.size()));
+        error =
+            writeFileAtomically(imagesFolder() / name, std::string_view(png.data(), png.size()));
     if (error)
         logLine("could not keep a copied image: " + *error);
     else

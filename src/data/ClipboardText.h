@@ -14,4 +14,4 @@ std::string trimmedCopiedText(std::string_view utf8);
 // digits, "+", "-" or "."; then ":") whose lower-cased name begins with "http" and the
 // trimmed text contains no U+0020; text otherwise.
 std::optional<ClipboardKind> classifyCopiedText(std::string_view utf8);
-}
+} // namespace navro

@@ -27,9 +27,9 @@ std::vector<ClipboardItem> sampleHistory()
     auto withImage = item("0E9B0A64-1A43-4B1C-8C5D-3E8F6A2B9C11", ClipboardKind::image, "640 × 480",
                           someDate - hours(1));
     withImage.imageFile = "0E9B0A64-1A43-4B1C-8C5D-3E8F6A2B9C11.png";
-    auto fromEditor = item("5F1D2C3B-4A59-4687-9A1B-2C3D4E5F6A7B", ClipboardKind::text,
-                           "caf\u00e9 \u0645\u0631\u062d\u0628\u0627 \U0001F600\n\tline two \x01\x1f",
-                           someDate);
+    auto fromEditor =
+        item("5F1D2C3B-4A59-4687-9A1B-2C3D4E5F6A7B", ClipboardKind::text,
+             "caf\u00e9 \u0645\u0631\u062d\u0628\u0627 \U0001F600\n\tline two \x01\x1f", someDate);
     fromEditor.sourceApp = "Text Editor";
     return {
         fromEditor,
@@ -121,8 +121,8 @@ TEST(ClipboardHistoryFile, ReadsXmlAndSkipsOnlyTheEntriesItCannotUse)
     };
     const Case cases[] = {
         {"complete", entry(goodId, "text", goodText + goodDate), true},
-        {"lower-case id", entry("a1b2c3d4-e5f6-4789-8abc-def012345678", "link", goodText + goodDate),
-         true},
+        {"lower-case id",
+         entry("a1b2c3d4-e5f6-4789-8abc-def012345678", "link", goodText + goodDate), true},
         {"no id", "<dict><key>kind</key><string>text</string>" + goodText + goodDate + "</dict>",
          false},
         {"id not a UUID", entry("A1B2C3D4E5F6-4789-8ABC-DEF012345678", "text", goodText + goodDate),
@@ -139,10 +139,12 @@ TEST(ClipboardHistoryFile, ReadsXmlAndSkipsOnlyTheEntriesItCannotUse)
         {"date as number", entry(goodId, "text", goodText + "<key>date</key><real>7.1e8</real>"),
          false},
         {"image file outside the folder",
-         entry(goodId, "image", goodText + goodDate + "<key>imageFile</key><string>../x.png</string>"),
+         entry(goodId, "image",
+               goodText + goodDate + "<key>imageFile</key><string>../x.png</string>"),
          false},
         {"image file in a subfolder",
-         entry(goodId, "image", goodText + goodDate + "<key>imageFile</key><string>a/x.png</string>"),
+         entry(goodId, "image",
+               goodText + goodDate + "<key>imageFile</key><string>a/x.png</string>"),
          false},
         {"image file the folder itself",
          entry(goodId, "image", goodText + goodDate + "<key>imageFile</key><string>..</string>"),
@@ -214,9 +216,10 @@ TEST(ClipboardHistoryFile, CanonicalUuidsAreUpperCaseAndExact)
 {
     EXPECT_EQ(canonicalUuid("a1b2c3d4-e5f6-4789-8abc-def012345678"), goodId);
     EXPECT_EQ(canonicalUuid(goodId), goodId);
-    for (const char* wrong : {"", "A1B2C3D4-E5F6-4789-8ABC-DEF01234567",
-                              "A1B2C3D4-E5F6-4789-8ABC-DEF0123456789", "A1B2C3D4_E5F6-4789-8ABC-DEF012345678",
-                              "G1B2C3D4-E5F6-4789-8ABC-DEF012345678", "A1B2C3D4-E5F6-4789-8ABC DEF012345678"})
+    for (const char* wrong :
+         {"", "A1B2C3D4-E5F6-4789-8ABC-DEF01234567", "A1B2C3D4-E5F6-4789-8ABC-DEF0123456789",
+          "A1B2C3D4_E5F6-4789-8ABC-DEF012345678", "G1B2C3D4-E5F6-4789-8ABC-DEF012345678",
+          "A1B2C3D4-E5F6-4789-8ABC DEF012345678"})
         EXPECT_EQ(canonicalUuid(wrong), std::nullopt) << wrong;
 }
 

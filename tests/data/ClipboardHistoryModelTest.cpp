@@ -29,7 +29,8 @@ protected:
         pasteboard.copy(FakePasteboard::text("https://example.com/Report"));
         frontmost.name = "Text Editor";
         pasteboard.copy(FakePasteboard::text("Quarterly REPORT draft"));
-        pasteboard.copy(FakePasteboard::text("\u0645\u0631\u062d\u0628\u0627 \u0628\u0627\u0644\u0639\u0627\u0644\u0645"));
+        pasteboard.copy(FakePasteboard::text(
+            "\u0645\u0631\u062d\u0628\u0627 \u0628\u0627\u0644\u0639\u0627\u0644\u0645"));
         frontmost.name = "Files";
         pasteboard.copy(FakePasteboard::files({"/home/u/report.pdf", "/home/u/notes.txt"}));
         frontmost.name.reset();
@@ -97,7 +98,7 @@ TEST_F(ClipboardHistoryModelTest, SearchLooksInTheTextElseTheSourceIgnoringCaseA
         {"", "all", {"", "Files", "Text Editor", "Text Editor", "Firefox"}},
         {"report", "all", {"Files", "Text Editor", "Firefox"}},
         {"REPORT", "links", {"Firefox"}},
-        {"firefox", "all", {"Firefox"}},   // only its source names it
+        {"firefox", "all", {"Firefox"}}, // only its source names it
         {"editor", "all", {"Text Editor", "Text Editor"}},
         {"\u0628\u0627\u0644\u0639\u0627\u0644\u0645", "all", {"Text Editor"}},
         {" https", "all", {}}, // the link starts with "https"
@@ -130,8 +131,9 @@ TEST_F(ClipboardHistoryModelTest, RowsFollowTheStoreAndCarryWhatTheViewShows)
               newest.date.time_since_epoch().count());
 
     model->setFilter("images");
-    EXPECT_EQ(model->data(model->index(0), ClipboardHistoryModel::imageFileRole).toString().toStdString(),
-              *store->items()[1].imageFile);
+    EXPECT_EQ(
+        model->data(model->index(0), ClipboardHistoryModel::imageFileRole).toString().toStdString(),
+        *store->items()[1].imageFile);
 
     store->clear();
     EXPECT_EQ(model->count(), 0);

@@ -378,8 +378,9 @@ TEST_F(ClipboardStoreTest, TheHistorySurvivesARestartAndIsPrivate)
 
 TEST_F(ClipboardStoreTest, AnUnreadableHistoryIsKeptAsideAndTheStoreStartsEmpty)
 {
-    const std::string unreadable[] = {"garbage", std::string(), "<?xml version=\"1.0\"?><plist "
-                                                                "version=\"1.0\"><dict/></plist>"};
+    const std::string unreadable[] = {"garbage", std::string(),
+                                      "<?xml version=\"1.0\"?><plist "
+                                      "version=\"1.0\"><dict/></plist>"};
     for (const std::string& bytes : unreadable) {
         ASSERT_FALSE(makePrivateFolder(folder));
         ASSERT_FALSE(writeFileAtomically(folder / "clipboard.plist", bytes));
@@ -421,8 +422,8 @@ TEST_F(ClipboardStoreTest, BadEntriesAreLeftOutAndWhatACrashLeftIsRemoved)
     unsafe.id = "A1B2C3D4-E5F6-4789-8ABC-DEF012345678";
     unsafe.imageFile = "../outside.png";
     ASSERT_FALSE(makePrivateFolder(folder / "ClipboardImages"));
-    ASSERT_FALSE(writeFileAtomically(folder / "clipboard.plist",
-                                     encodeClipboardHistory({good, unsafe})));
+    ASSERT_FALSE(
+        writeFileAtomically(folder / "clipboard.plist", encodeClipboardHistory({good, unsafe})));
     const fs::path images = folder / "ClipboardImages";
     for (const char* name : {"5F1D2C3B-4A59-4687-9A1B-2C3D4E5F6A7B.png",
                              "A1B2C3D4-E5F6-4789-8ABC-DEF012345678.png", "notes.png"})
@@ -435,8 +436,8 @@ TEST_F(ClipboardStoreTest, BadEntriesAreLeftOutAndWhatACrashLeftIsRemoved)
     auto store = startStore();
     EXPECT_EQ(store->items(), std::vector<ClipboardItem>{good});
     EXPECT_TRUE(log.contains("left out 1 entries"));
-    EXPECT_EQ(imageFiles(), (std::vector<std::string>{"5F1D2C3B-4A59-4687-9A1B-2C3D4E5F6A7B.png",
-                                                      "notes.png"}));
+    EXPECT_EQ(imageFiles(),
+              (std::vector<std::string>{"5F1D2C3B-4A59-4687-9A1B-2C3D4E5F6A7B.png", "notes.png"}));
     EXPECT_FALSE(fs::exists(folder / ".clipboard.plist.Ab12Cd"));
     store->clear();
     EXPECT_TRUE(fs::exists(folder / "outside.png"));

@@ -31,10 +31,10 @@ TEST(ClipboardText, TrimsExactlyTheListedSpacesAndBreaksAtBothEnds)
         // Malformed UTF-8 is never taken for white space, and trimming stops at it.
         {"x \xff ", "x \xff"},
         {" \xff x", "\xff x"},
-        {"x\xe2\x80", "x\xe2\x80"},         // a cut-off U+2028
+        {"x\xe2\x80", "x\xe2\x80"},                 // a cut-off U+2028
         {"\xc0\xa0x\xc0\xa0", "\xc0\xa0x\xc0\xa0"}, // overlong U+0020
-        {"x \xa0", "x \xa0"},               // a lone continuation byte
-        {"\xed\xa0\x80 x", "\xed\xa0\x80 x"}, // a surrogate
+        {"x \xa0", "x \xa0"},                       // a lone continuation byte
+        {"\xed\xa0\x80 x", "\xed\xa0\x80 x"},       // a surrogate
     };
     for (const TrimCase& c : cases)
         EXPECT_EQ(trimmedCopiedText(c.input), c.expected) << testing::PrintToString(c.input);

@@ -37,7 +37,8 @@ int own(QGuiApplication& application, const QStringList& offers)
     for (const QString& offer : offers) {
         const qsizetype equals = offer.indexOf(u'=');
         if (equals <= 0) {
-            std::fprintf(stderr, "clipboard_owner: expected TYPE=VALUE, got %s\n", qPrintable(offer));
+            std::fprintf(stderr, "clipboard_owner: expected TYPE=VALUE, got %s\n",
+                         qPrintable(offer));
             return 2;
         }
         QByteArray value = offer.mid(equals + 1).toUtf8();
@@ -110,6 +111,7 @@ int main(int argc, char** argv)
                      arguments.size() > 3 ? arguments[3].toInt() : 1000);
     if (!arguments.isEmpty())
         return own(application, arguments);
-    std::fprintf(stderr, "usage: clipboard_owner TYPE=VALUE... | storm COUNT PREFIX [PATIENCE_MS]\n");
+    std::fprintf(stderr,
+                 "usage: clipboard_owner TYPE=VALUE... | storm COUNT PREFIX [PATIENCE_MS]\n");
     return 2;
 }
