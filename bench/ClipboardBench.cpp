@@ -53,17 +53,24 @@ std::vector<ClipboardItem> fullHistory()
     return items;
 }
 
-struct Folder {
-    Folder()
+// A full history on disk, and what a store needs beside it.
+struct FullHistory {
+    FullHistory()
     {
         char name[] = "/tmp/navro-bench-XXXXXX";
-        path = ::mkdtemp(name);
+        folder = ::mkdtemp(name);
+        makePrivateFolder(folder);
+        writeFileAtomically(folder / "clipboard.plist", encodeClipboardHistory(fullHistory()));
+        settings.setClipboardLimit(500);
     }
-    ~Folder() { fs::remove_all(path); }
-    fs::path path;
-};
+    ~FullHistory() { fs::remove_all(folder); }
 
-struct Services {
+    ClipboardStore makeStore()
+    {
+        return ClipboardStore(settings, clock, pasteboard, frontmost, folder);
+    }
+
+    fs::path folder;
     FakeSettingsStore settingsStore;
     AppSettings settings{settingsStore, [] { return QStringList{"en-GB"}; }};
     ManualClock clock;
@@ -74,14 +81,9 @@ struct Services {
 // What a start costs the store: reading and decoding a full history from disk.
 void loadFullHistory(benchmark::State& state)
 {
-    Folder folder;
-    makePrivateFolder(folder.path);
-    writeFileAtomically(folder.path / "clipboard.plist", encodeClipboardHistory(fullHistory()));
-    Services services;
-    services.settings.setClipboardLimit(500);
+    FullHistory history;
     for (auto _ : state) {
-        ClipboardStore store(services.settings, services.clock, services.pasteboard,
-                             services.frontmost, folder.path);
+        ClipboardStore store = history.makeStore();
         benchmark::DoNotOptimize(store.items().data());
         if (store.items().size() != 500)
             state.SkipWithError("the history did not load whole");
@@ -93,18 +95,12 @@ BENCHMARK(loadFullHistory)->Unit(benchmark::kMillisecond);
 // (and flushed to the disk) again.
 void recordOneCopy(benchmark::State& state)
 {
-    Folder folder;
-    makePrivateFolder(folder.path);
-    writeFileAtomically(folder.path / "clipboard.plist", encodeClipboardHistory(fullHistory()));
-    Services services;
-    services.settings.setClipboardLimit(500);
-    ClipboardStore store(services.settings, services.clock, services.pasteboard, services.frontmost,
-                         folder.path);
+    FullHistory history;
+    ClipboardStore store = history.makeStore();
     store.start();
     int copy = 0;
     for (auto _ : state)
-        services.pasteboard.copy(
-            FakePasteboard::text(QStringLiteral("copy number %1").arg(++copy)));
+        history.pasteboard.copy(FakePasteboard::text(QStringLiteral("copy number %1").arg(++copy)));
     if (store.items().size() != 500)
         state.SkipWithError("the history is not full");
 }

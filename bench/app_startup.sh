@@ -14,16 +14,9 @@ for program in "$navro" "$probe" "$build/tests/desktop/navro_test_x11"; do
     [ -x "$program" ] || { echo "app_startup: $program is missing; build first" >&2; exit 1; }
 done
 
-# shellcheck source=../tests/desktop/lib.sh
-source "$root/tests/desktop/lib.sh"
-DESKTOP_HELPER="$build/tests/desktop/navro_test_x11"
-desktop_start || exit 1
-xdotool mousemove 100 700
-navro_settings hasCompletedOnboarding=true language=english
-
-ticks=$(getconf CLK_TCK)
-cpu_ticks() { awk '{ print $14 + $15 }' "/proc/$1/stat"; }
-rss_kib() { awk '/^VmRSS:/ { print $2 }' "/proc/$1/status"; }
+# shellcheck source=lib.sh
+source "$root/bench/lib.sh"
+bench_desktop "$build"
 
 # The closed notch's centre, one pixel below the screen's top edge.
 frames=()

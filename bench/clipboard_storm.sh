@@ -12,18 +12,11 @@ for program in "$navro" "$owner" "$build/tests/desktop/navro_test_x11"; do
     [ -x "$program" ] || { echo "clipboard_storm: $program is missing; build first" >&2; exit 1; }
 done
 
-# shellcheck source=../tests/desktop/lib.sh
-source "$root/tests/desktop/lib.sh"
+# shellcheck source=lib.sh
+source "$root/bench/lib.sh"
+bench_desktop "$build"
 # shellcheck source=../tests/desktop/clipboard_lib.sh
 source "$root/tests/desktop/clipboard_lib.sh"
-DESKTOP_HELPER="$build/tests/desktop/navro_test_x11"
-desktop_start || exit 1
-xdotool mousemove 100 700
-navro_settings hasCompletedOnboarding=true language=english
-
-ticks=$(getconf CLK_TCK)
-cpu_ticks() { awk '{ print $14 + $15 }' "/proc/$1/stat"; }
-rss_kib() { awk '/^VmRSS:/ { print $2 }' "/proc/$1/status"; }
 
 navro_start "$navro" || { echo "clipboard_storm: Navro did not start" >&2; exit 1; }
 # Settled: the first frame drawn, the views loaded.
