@@ -149,7 +149,7 @@ void ClipboardStore::check()
     }
     if (const std::optional<QString> text = pasteboard_.string()) {
         std::string utf8 = text->toStdString();
-        // The history file cannot hold a NUL, and no text means one.
+        // The history file cannot keep a NUL, and nobody copies one on purpose.
         std::erase(utf8, '\0');
         if (const auto kind = classifyCopiedText(utf8)) {
             record(*kind, trimmedCopiedText(utf8), source);
@@ -190,7 +190,7 @@ void ClipboardStore::record(ClipboardKind kind, std::string text,
                 " bytes is more than the clipboard history keeps (1 MiB); not recorded");
         return;
     }
-    // A repeat moves to the top as a new entry; images are never taken for repeats.
+    // A repeat moves to the top as a new entry. (Images never count as repeats.)
     std::erase_if(items_, [&](const ClipboardItem& item) {
         const bool same = item.kind == kind && item.text == text;
         if (same && item.imageFile)

@@ -212,6 +212,7 @@ FocusScope {
                 delegate: NotchChip {
                     required property var modelData
                     objectName: "filter_" + modelData.id
+                    checkable: true
                     text: tab.arabic ? modelData.arabic : modelData.english
                     selected: clipboardHistory.filter === modelData.id
                     onActivated: {

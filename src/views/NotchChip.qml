@@ -7,6 +7,8 @@ Rectangle {
     property string text: ""
     property string symbol: ""
     property bool selected: false
+    // A choice (a filter) rather than an action.
+    property bool checkable: false
     property color textColor: Theme.notchText
     signal activated()
 
@@ -21,7 +23,8 @@ Rectangle {
 
     Accessible.role: Accessible.Button
     Accessible.name: text
-    Accessible.checkable: selected
+    Accessible.checkable: checkable
+    Accessible.checked: selected
     Keys.onSpacePressed: activated()
     Keys.onReturnPressed: activated()
     Keys.onEnterPressed: activated()
