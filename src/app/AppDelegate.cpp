@@ -2,6 +2,7 @@
 
 #include "app/AppActions.h"
 #include "app/AppSettings.h"
+#include "app/FileAccess.h"
 #include "app/HotKey.h"
 #include "app/IconImageProvider.h"
 #include "app/LaunchAtLogin.h"
@@ -9,6 +10,10 @@
 #include "app/OnboardingFinish.h"
 #include "app/QSettingsStore.h"
 #include "app/QmlWindowHost.h"
+#include "app/Shell.h"
+#include "app/SoundPlayer.h"
+#include "data/SleepPreventer.h"
+#include "data/TimerService.h"
 #include "notch/ActivityCenter.h"
 #include "notch/NotchViewModel.h"
 #include "notch/NotchWindowController.h"
@@ -80,6 +85,13 @@ void AppDelegate::start()
     activityCenter_ = std::make_unique<ActivityCenter>(clock_, *settings_);
     connect(prayer_.get(), &PrayerService::prayerChanged, activityCenter_.get(),
             &ActivityCenter::notePrayerChanged);
+    shell_ = std::make_unique<Shell>();
+    sleepPreventer_ = makeSleepPreventer();
+    sound_ = makeSoundPlayer();
+    timer_ = std::make_unique<TimerService>(*settings_, clock_, *sleepPreventer_, *sound_, *shell_,
+                                            dataFolder() / "Shortcuts");
+    connect(timer_.get(), &TimerService::stateChanged, activityCenter_.get(),
+            [this] { activityCenter_->setTimerState(timer_->state()); });
     notchModel_ = std::make_unique<NotchViewModel>(clock_, *settings_);
     notchModel_->mirror(*activityCenter_);
 
@@ -142,6 +154,10 @@ void AppDelegate::start()
     connect(settings_.get(), &AppSettings::isArabicChanged, this, &AppDelegate::publishState);
     connect(notch_.get(), &NotchWindowController::visibilityChanged, this,
             &AppDelegate::publishState);
+    connect(timer_.get(), &TimerService::stateChanged, this, [this] {
+        if (remote_)
+            remote_->timerChanged();
+    });
     publishState();
 }
 
@@ -179,6 +195,7 @@ void AppDelegate::setUpEngine()
     context->setContextProperty(QStringLiteral("notch"), notchModel_.get());
     context->setContextProperty(QStringLiteral("activityCenter"), activityCenter_.get());
     context->setContextProperty(QStringLiteral("prayer"), prayer_.get());
+    context->setContextProperty(QStringLiteral("timerService"), timer_.get());
 }
 
 void AppDelegate::setUpStatusItem()
@@ -212,10 +229,14 @@ void AppDelegate::shutdown()
     if (isShutDown_)
         return;
     isShutDown_ = true;
-    // Nothing records, plays or keeps the machine awake yet; what exists lets go of what other
-    // programs can see: the bus name, the key grab, the tray item.
     if (onboardingFinish_)
         onboardingFinish_->interrupt();
+    // The timer ends its session (the focus-off action included) and lets the display sleep.
+    // The preventer itself goes with the delegate, waiting briefly until the desktop has its
+    // hold back.
+    if (timer_)
+        timer_->shutDown();
+    // Then what other programs can see goes: the bus name, the key grab, the tray item.
     remote_.reset();
     hotKey_.reset();
     if (statusItem_)
@@ -280,6 +301,29 @@ RemoteState AppDelegate::remoteState() const
     state.panelVisible = notchPanelVisible();
     state.language = settings_->isArabic() ? QStringLiteral("arabic") : QStringLiteral("english");
     return state;
+}
+
+RemoteTimer AppDelegate::remoteTimer() const
+{
+    RemoteTimer timer;
+    if (timer_) {
+        timer.state = timer_->stateRaw();
+        timer.remaining = timer_->remaining(clock_.now());
+        timer.total = timer_->total();
+        timer.focus = timer_->isFocus();
+    }
+    return timer;
+}
+
+bool AppDelegate::startTimer(double minutes, bool focus)
+{
+    return timer_ && timer_->start(minutes, focus);
+}
+
+void AppDelegate::stopTimer()
+{
+    if (timer_)
+        timer_->stop();
 }
 
 void AppDelegate::publishState()

@@ -29,6 +29,10 @@ class PrayerService;
 class SystemTimeEvents;
 class QSettingsStore;
 class QmlWindowHost;
+class Shell;
+class SleepPreventer;
+class SoundPlayer;
+class TimerService;
 
 // The one composition root: builds every long-lived object in start-up order, wires them
 // together, hands them to the views, and winds them down at the end.
@@ -56,6 +60,9 @@ public:
     void toggle() override;
     void openSettings(const QString& page) override { showSettings(page); }
     RemoteState remoteState() const override;
+    RemoteTimer remoteTimer() const override;
+    bool startTimer(double minutes, bool focus) override;
+    void stopTimer() override;
 
 private:
     // StatusItemHost
@@ -87,6 +94,10 @@ private:
     std::unique_ptr<SystemTimeEvents> timeEvents_;
     std::unique_ptr<PrayerService> prayer_;
     std::unique_ptr<ActivityCenter> activityCenter_;
+    std::unique_ptr<Shell> shell_;
+    std::unique_ptr<SleepPreventer> sleepPreventer_;
+    std::unique_ptr<SoundPlayer> sound_;
+    std::unique_ptr<TimerService> timer_;
     std::unique_ptr<NotchViewModel> notchModel_;
     std::unique_ptr<PanelWindowSystem> panelWindowSystem_;
     std::unique_ptr<NotchWindowController> notch_;

@@ -17,6 +17,14 @@ struct RemoteState {
     bool operator==(const RemoteState&) const = default;
 };
 
+// The timer as another process sees it.
+struct RemoteTimer {
+    QString state = QStringLiteral("idle"); // "idle", "running", "paused" or "finished"
+    double remaining = 0;                   // seconds left at the moment of reading
+    double total = 0;                       // the session's length in seconds, 0 without one
+    bool focus = false;                     // a focus session
+};
+
 // The operations another process may ask of the running Navro; implemented by the application's
 // composition root. Every call arrives on the main thread.
 class RemoteControl {
@@ -28,6 +36,10 @@ public:
     virtual void showOnboarding() = 0;
     virtual void openSettings(const QString& page) = 0; // "general", "prayer" or "about"
     virtual RemoteState remoteState() const = 0;
+    virtual RemoteTimer remoteTimer() const = 0;
+    // A new timer of `minutes`; false, with nothing changed, when that is no valid length.
+    virtual bool startTimer(double minutes, bool focus) = 0;
+    virtual void stopTimer() = 0;
 };
 
 // Publishes a RemoteControl to other processes for as long as it lives.
@@ -37,6 +49,9 @@ public:
     // The owner calls this after anything in RemoteState may have changed; the publisher reads
     // remoteState() again and tells listeners only when it really differs.
     virtual void stateChanged() = 0;
+    // The owner calls this on every change of the timer's phase (not on the seconds going by);
+    // listeners hear of each.
+    virtual void timerChanged() = 0;
 };
 
 // For main(), before anything else is built: when another Navro already runs for this user, asks

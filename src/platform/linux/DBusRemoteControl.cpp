@@ -8,14 +8,20 @@
 
 namespace navro {
 
-RemoteControlAdaptor::RemoteControlAdaptor(QObject* parent, RemoteControl& target)
-    : QDBusAbstractAdaptor(parent), target_(target)
+RemoteControlAdaptor::RemoteControlAdaptor(QObject* parent, const QDBusContext& call,
+                                           RemoteControl& target)
+    : QDBusAbstractAdaptor(parent), call_(call), target_(target)
 {
 }
 
 QVariantMap RemoteControlAdaptor::state() const
 {
     return toVariantMap(target_.remoteState());
+}
+
+QVariantMap RemoteControlAdaptor::timer() const
+{
+    return toVariantMap(target_.remoteTimer());
 }
 
 void RemoteControlAdaptor::Open(bool focus)
@@ -43,6 +49,18 @@ void RemoteControlAdaptor::OpenSettings(const QString& page)
     target_.openSettings(page);
 }
 
+void RemoteControlAdaptor::StartTimer(double minutes, bool focus)
+{
+    if (!target_.startTimer(minutes, focus) && call_.calledFromDBus())
+        call_.sendErrorReply(QDBusError::InvalidArgs,
+                       QStringLiteral("a timer runs for more than 0 and at most 1440 minutes"));
+}
+
+void RemoteControlAdaptor::StopTimer()
+{
+    target_.stopTimer();
+}
+
 QVariantMap toVariantMap(const RemoteState& state)
 {
     return {
@@ -52,6 +70,16 @@ QVariantMap toVariantMap(const RemoteState& state)
         {QStringLiteral("notchEnabled"), state.notchEnabled},
         {QStringLiteral("panelVisible"), state.panelVisible},
         {QStringLiteral("language"), state.language},
+    };
+}
+
+QVariantMap toVariantMap(const RemoteTimer& timer)
+{
+    return {
+        {QStringLiteral("state"), timer.state},
+        {QStringLiteral("remaining"), timer.remaining},
+        {QStringLiteral("total"), timer.total},
+        {QStringLiteral("focus"), timer.focus},
     };
 }
 
@@ -65,7 +93,7 @@ DBusRemoteControl::DBusRemoteControl(QDBusConnection connection, RemoteControl& 
         }
         return;
     }
-    new RemoteControlAdaptor(this, target_);
+    new RemoteControlAdaptor(this, *this, target_);
     // The object goes up before the name, so that a second launch that sees the name can
     // already call it.
     if (!connection_.registerObject(QString::fromLatin1(remoteObjectPath), this,
@@ -105,14 +133,24 @@ void DBusRemoteControl::stateChanged()
         return;
     }
     published_ = current;
+    announce(QStringLiteral("State"), toVariantMap(current));
+}
+
+void DBusRemoteControl::timerChanged()
+{
+    announce(QStringLiteral("Timer"), toVariantMap(target_.remoteTimer()));
+}
+
+void DBusRemoteControl::announce(const QString& property, const QVariantMap& value)
+{
     if (outcome_ != Outcome::published) {
         return;
     }
     QDBusMessage signal = QDBusMessage::createSignal(
         QString::fromLatin1(remoteObjectPath), QStringLiteral("org.freedesktop.DBus.Properties"),
         QStringLiteral("PropertiesChanged"));
-    signal << QString::fromLatin1(remoteInterfaceName)
-           << QVariantMap{{QStringLiteral("State"), toVariantMap(current)}} << QStringList();
+    signal << QString::fromLatin1(remoteInterfaceName) << QVariantMap{{property, value}}
+           << QStringList();
     connection_.send(signal);
 }
 

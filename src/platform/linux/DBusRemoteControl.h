@@ -4,6 +4,7 @@
 
 #include <QDBusAbstractAdaptor>
 #include <QDBusConnection>
+#include <QDBusContext>
 #include <QVariantMap>
 
 namespace navro {
@@ -13,15 +14,19 @@ inline constexpr auto remoteObjectPath = "/io/navro/Navro";
 inline constexpr auto remoteInterfaceName = "io.navro.Navro";
 
 // The io.navro.Navro interface as seen on the bus; forwards every call to the RemoteControl.
+// A call with arguments the target refuses is answered with a D-Bus error, through the context
+// of the call, which Qt D-Bus keeps on the object the adaptor belongs to.
 class RemoteControlAdaptor final : public QDBusAbstractAdaptor {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "io.navro.Navro")
     Q_PROPERTY(QVariantMap State READ state)
+    Q_PROPERTY(QVariantMap Timer READ timer)
 
 public:
-    RemoteControlAdaptor(QObject* parent, RemoteControl& target);
+    RemoteControlAdaptor(QObject* parent, const QDBusContext& call, RemoteControl& target);
 
     QVariantMap state() const;
+    QVariantMap timer() const;
 
 public slots:
     void Open(bool focus);
@@ -29,15 +34,21 @@ public slots:
     void Toggle();
     void ShowOnboarding();
     void OpenSettings(const QString& page);
+    void StartTimer(double minutes, bool focus);
+    void StopTimer();
 
 private:
+    const QDBusContext& call_;
     RemoteControl& target_;
 };
 
 QVariantMap toVariantMap(const RemoteState& state);
+QVariantMap toVariantMap(const RemoteTimer& timer);
 
 // Owns the bus name and the object for as long as it lives.
-class DBusRemoteControl final : public QObject, public RemoteControlPublisher {
+class DBusRemoteControl final : public QObject,
+                                public RemoteControlPublisher,
+                                public QDBusContext {
     Q_OBJECT
 
 public:
@@ -50,8 +61,11 @@ public:
     QString failure() const { return failure_; }
 
     void stateChanged() override;
+    void timerChanged() override;
 
 private:
+    void announce(const QString& property, const QVariantMap& value);
+
     QDBusConnection connection_;
     RemoteControl& target_;
     RemoteState published_;
