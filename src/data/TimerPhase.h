@@ -20,7 +20,10 @@ class TimerPhase {
 public:
     static TimerPhase idle() { return TimerPhase(Idle{}); }
     static TimerPhase finished() { return TimerPhase(Finished{}); }
-    static TimerPhase running(WallTime end, double total) { return TimerPhase(Running{end, total}); }
+    static TimerPhase running(WallTime end, double total)
+    {
+        return TimerPhase(Running{end, total});
+    }
     static TimerPhase paused(double remaining, double total)
     {
         return TimerPhase(Paused{remaining, total});

@@ -229,8 +229,7 @@ void TimerService::refreshCountdown()
 
 void TimerService::updateKeepAwake()
 {
-    const bool wanted =
-        hasSession(phase_.state()) && (isFocus_ || settings_.timerKeepAwake());
+    const bool wanted = hasSession(phase_.state()) && (isFocus_ || settings_.timerKeepAwake());
     if (wanted == holdsAssertion_)
         return;
     holdsAssertion_ = wanted;
@@ -246,8 +245,8 @@ void TimerService::runShortcut(const QString& name)
         return;
     const std::string plain = name.toStdString();
     if (!isFocusShortcutName(plain)) {
-        logLine("the focus action \"" + excerptForLog(plain) +
-                "\" is not the name of a file in " + excerptForLog(shortcutsFolder_.string()));
+        logLine("the focus action \"" + excerptForLog(plain) + "\" is not the name of a file in " +
+                excerptForLog(shortcutsFolder_.string()));
         return;
     }
     const QString path = QString::fromStdString((shortcutsFolder_ / plain).string());

@@ -1,5 +1,6 @@
 #include "platform/linux/DBusRemoteControl.h"
 
+#include "PrivateBus.h"
 #include "QtTestApplication.h"
 #include "app/Log.h"
 
@@ -9,7 +10,6 @@
 #include <QDBusPendingCall>
 #include <QDBusPendingCallWatcher>
 #include <QDBusVariant>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
@@ -38,50 +38,14 @@ public:
     bool acceptsTimers = true;
 };
 
-// A private session bus for the whole suite, so that nothing reaches the user's own.
-class PrivateBus {
-public:
-    PrivateBus()
-    {
-        daemon_.setProgram("dbus-daemon");
-        daemon_.setArguments({"--session", "--nofork", "--nopidfile", "--print-address=1",
-                              "--address=unix:path=" + folder_.filePath("bus")});
-        daemon_.setStandardErrorFile(QProcess::nullDevice());
-        daemon_.start();
-        QDeadlineTimer deadline(10000);
-        while (!address_.contains('\n') && !deadline.hasExpired() &&
-               daemon_.state() != QProcess::NotRunning) {
-            daemon_.waitForReadyRead(100);
-            address_ += daemon_.readAllStandardOutput();
-        }
-        address_ = address_.trimmed();
-    }
-    ~PrivateBus()
-    {
-        daemon_.terminate();
-        daemon_.waitForFinished(5000);
-    }
-    QString address() const { return QString::fromUtf8(address_); }
-
-private:
-    QTemporaryDir folder_;
-    QProcess daemon_;
-    QByteArray address_;
-};
-
 PrivateBus& bus()
 {
-    testApplication();
-    static PrivateBus instance;
-    return instance;
+    return PrivateBus::instance();
 }
-
-int connectionCount = 0;
 
 QDBusConnection connect()
 {
-    return QDBusConnection::connectToBus(bus().address(),
-                                         QString("test-%1").arg(++connectionCount));
+    return PrivateBus::connect();
 }
 
 // A call answered by this very process must not block the loop that answers it.
@@ -228,10 +192,9 @@ TEST_F(DBusRemoteControlTest, TimerIsReadableStartableAndStoppable)
     ASSERT_NE(publisher, nullptr);
     QDBusConnection client = connect();
 
-    EXPECT_EQ(readProperty(client, "Timer"), (QVariantMap{{"state", "paused"},
-                                                          {"remaining", 90.0},
-                                                          {"total", 360.0},
-                                                          {"focus", true}}));
+    EXPECT_EQ(
+        readProperty(client, "Timer"),
+        (QVariantMap{{"state", "paused"}, {"remaining", 90.0}, {"total", 360.0}, {"focus", true}}));
 
     const QDBusMessage started = callAndWait(client, method("StartTimer", {25.5, true}));
     EXPECT_EQ(started.type(), QDBusMessage::ReplyMessage) << started.errorMessage().toStdString();

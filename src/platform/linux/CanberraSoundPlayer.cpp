@@ -51,9 +51,9 @@ void CanberraSoundPlayer::play(const std::string& eventId, const std::string& de
         }
     }
     // Kept in the server's sample cache for a while, so a second timer's sound costs nothing.
-    const int error = ca_context_play(context_, 0, CA_PROP_EVENT_ID, eventId.c_str(),
-                                      CA_PROP_EVENT_DESCRIPTION, description.c_str(),
-                                      CA_PROP_CANBERRA_CACHE_CONTROL, "volatile", nullptr);
+    const int error =
+        ca_context_play(context_, 0, CA_PROP_EVENT_ID, eventId.c_str(), CA_PROP_EVENT_DESCRIPTION,
+                        description.c_str(), CA_PROP_CANBERRA_CACHE_CONTROL, "volatile", nullptr);
     if (error != CA_SUCCESS) {
         noteFailure(eventId, error);
         return;

@@ -52,8 +52,9 @@ void RemoteControlAdaptor::OpenSettings(const QString& page)
 void RemoteControlAdaptor::StartTimer(double minutes, bool focus)
 {
     if (!target_.startTimer(minutes, focus) && call_.calledFromDBus())
-        call_.sendErrorReply(QDBusError::InvalidArgs,
-                       QStringLiteral("a timer runs for more than 0 and at most 1440 minutes"));
+        call_.sendErrorReply(
+            QDBusError::InvalidArgs,
+            QStringLiteral("a timer runs for more than 0 and at most 1440 minutes"));
 }
 
 void RemoteControlAdaptor::StopTimer()

@@ -46,9 +46,7 @@ QVariantMap toVariantMap(const RemoteState& state);
 QVariantMap toVariantMap(const RemoteTimer& timer);
 
 // Owns the bus name and the object for as long as it lives.
-class DBusRemoteControl final : public QObject,
-                                public RemoteControlPublisher,
-                                public QDBusContext {
+class DBusRemoteControl final : public QObject, public RemoteControlPublisher, public QDBusContext {
     Q_OBJECT
 
 public:

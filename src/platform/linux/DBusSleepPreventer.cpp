@@ -18,7 +18,8 @@ constexpr int exitTimeoutMs = 1000;
 const std::vector<DBusSleepPreventer::Inhibitor>& DBusSleepPreventer::inhibitors()
 {
     static const std::vector<Inhibitor> list{
-        {QStringLiteral("org.freedesktop.ScreenSaver"), QStringLiteral("/org/freedesktop/ScreenSaver"),
+        {QStringLiteral("org.freedesktop.ScreenSaver"),
+         QStringLiteral("/org/freedesktop/ScreenSaver"),
          QStringLiteral("org.freedesktop.ScreenSaver")},
         {QStringLiteral("org.freedesktop.PowerManagement"),
          QStringLiteral("/org/freedesktop/PowerManagement/Inhibit"),
@@ -75,8 +76,8 @@ void DBusSleepPreventer::allowSleep()
 void DBusSleepPreventer::inhibitWith(std::size_t inhibitor)
 {
     const Inhibitor& target = inhibitors().at(inhibitor);
-    QDBusMessage message = QDBusMessage::createMethodCall(target.service, target.path,
-                                                          target.interface, QStringLiteral("Inhibit"));
+    QDBusMessage message = QDBusMessage::createMethodCall(
+        target.service, target.path, target.interface, QStringLiteral("Inhibit"));
     message << QStringLiteral("Navro") << QStringLiteral("Navro timer");
     inhibitingWith_ = inhibitor;
     inhibiting_ = new QDBusPendingCallWatcher(connection_.asyncCall(message, callTimeoutMs), this);
@@ -110,16 +111,15 @@ void DBusSleepPreventer::onInhibitReply(std::size_t inhibitor, const QDBusPendin
     if (!failureLogged_) {
         failureLogged_ = true;
         logLine("could not keep the display awake (no screen saver or power manager answered: " +
-                excerptForLog(reply.error().message().toStdString()) +
-                "); the timer runs on");
+                excerptForLog(reply.error().message().toStdString()) + "); the timer runs on");
     }
 }
 
 QDBusMessage DBusSleepPreventer::unInhibitMessage(const Hold& hold) const
 {
     const Inhibitor& target = inhibitors().at(hold.inhibitor);
-    QDBusMessage message = QDBusMessage::createMethodCall(target.service, target.path,
-                                                          target.interface, QStringLiteral("UnInhibit"));
+    QDBusMessage message = QDBusMessage::createMethodCall(
+        target.service, target.path, target.interface, QStringLiteral("UnInhibit"));
     message << hold.cookie;
     return message;
 }

@@ -38,6 +38,8 @@ public:
 
     // A hold granted and not yet given back.
     bool isHolding() const { return cookie_.has_value(); }
+    // Asking for a hold, no answer yet.
+    bool isAsking() const { return inhibiting_ != nullptr; }
 
 private:
     struct Hold {
