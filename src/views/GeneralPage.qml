@@ -77,6 +77,8 @@ PageScaffold {
         }
     }
 
+    TimerSettingsSection {}
+
     RowLayout {
         Layout.fillWidth: true
         NavroButton {

@@ -65,7 +65,9 @@ Item {
 
     // Tabs with views of their own, by tab id (e.g. "notes": "NotesTab.qml"). A tab that is not
     // listed shows its symbol and title.
-    readonly property var tabViews: ({})
+    readonly property var tabViews: ({
+        "timer": "TimerTab.qml"
+    })
 
     Component {
         id: tabView

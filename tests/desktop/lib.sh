@@ -178,18 +178,30 @@ navro_settings() {
     } >"$XDG_CONFIG_HOME/Navro/Navro.conf"
 }
 
-navro_state() {
+# navro_property [NAME]: one property of the control interface (State unless named) as gdbus
+# prints it.
+navro_property() {
     gdbus call --session --dest io.navro.Navro --object-path /io/navro/Navro \
-        --method org.freedesktop.DBus.Properties.Get io.navro.Navro State 2>/dev/null
+        --method org.freedesktop.DBus.Properties.Get io.navro.Navro "${1:-State}" 2>/dev/null
 }
 
-# navro_field NAME: one field of the State property ('closed', true, …) without quotes.
+navro_state() {
+    navro_property State
+}
+
+# navro_field NAME [PROPERTY]: one field of the State property (or of PROPERTY: 'closed', true,
+# …) without quotes.
 navro_field() {
-    navro_state | sed -n "s/.*'$1': <\([^>]*\)>.*/\1/p" | tr -d "'"
+    navro_property "${2:-State}" | sed -n "s/.*'$1': <\([^>]*\)>.*/\1/p" | tr -d "'"
 }
 
 navro_field_is() {
     [ "$(navro_field "$1")" = "$2" ]
+}
+
+# timer_field_is NAME VALUE: a field of the Timer property.
+timer_field_is() {
+    [ "$(navro_field "$1" Timer)" = "$2" ]
 }
 
 navro_call() {
@@ -236,6 +248,20 @@ dark_run() {
             right = x; while (dark[right + 1]) right++
             print right - left + 1
         }'
+}
+
+# colour_count FILE X Y W H RRGGBB: how many pixels of the area are within a small distance of
+# the colour (text is drawn with smoothed edges, so only its cores match exactly).
+colour_count() {
+    local hex=$6
+    "$DESKTOP_CONVERT" "$1" -crop "${4}x${5}+${2}+${3}" +repage -depth 8 txt:- |
+        awk -v r=$((16#${hex:0:2})) -v g=$((16#${hex:2:2})) -v b=$((16#${hex:4:2})) '
+        /^#/ { next }
+        {
+            gsub(/[()]/, "", $2); split($2, c, ",")
+            if ((c[1] - r) ^ 2 + (c[2] - g) ^ 2 + (c[3] - b) ^ 2 < 40 ^ 2) n++
+        }
+        END { print n + 0 }'
 }
 
 # --- Reporting ---------------------------------------------------------------------------------
@@ -404,4 +430,34 @@ tray_icon_centre() {
             return 0
     done
     return 1
+}
+
+# --- Sound and stand-in services ---------------------------------------------------------------
+
+# desktop_start_sound: a PulseAudio server of the desktop's own whose default output is a null
+# sink (test_sink); exports PULSE_SERVER for everything started after it.
+desktop_start_sound() {
+    local folder="$DESKTOP_DIR/pulse"
+    mkdir -p "$folder"
+    cat >"$folder/server.pa" <<CONFIG
+load-module module-native-protocol-unix auth-anonymous=1 socket=$folder/native
+load-module module-null-sink sink_name=test_sink rate=48000 channels=2 sink_properties=device.description=TestSink
+set-default-sink test_sink
+CONFIG
+    export PULSE_SERVER="unix:$folder/native"
+    desktop_spawn pulseaudio pulseaudio --daemonize=no --exit-idle-time=-1 --system=false \
+        --use-pid-file=no -n -F "$folder/server.pa" --log-target=stderr
+    wait_until 10 "the sound server" pactl info
+}
+
+# desktop_start_screensaver: the test's own org.freedesktop.ScreenSaver on the session bus; every
+# call it receives is a line of $DESKTOP_DIR/logs/screensaver.log.
+desktop_start_screensaver() {
+    desktop_spawn screensaver /usr/bin/python3 "$(dirname "${BASH_SOURCE[0]}")/helpers/screensaver.py"
+    wait_until 10 "the screen saver stand-in" grep -q ready "$DESKTOP_DIR/logs/screensaver.log"
+}
+
+# screensaver_active_is N: the inhibitions in force after the last call are N.
+screensaver_active_is() {
+    [ "$(sed -n 's/.* active=\([0-9]*\)$/\1/p' "$DESKTOP_DIR/logs/screensaver.log" | tail -n1)" = "$1" ]
 }
