@@ -19,22 +19,28 @@ Button {
     Keys.onReturnPressed: clicked()
     Keys.onEnterPressed: clicked()
 
-    contentItem: Row {
-        spacing: 5
-        layoutDirection: control.mirrored ? Qt.RightToLeft : Qt.LeftToRight
-        Icon {
-            visible: control.symbol !== ""
-            anchors.verticalCenter: parent.verticalCenter
-            symbol: control.symbol
-            color: label.color
-            size: 13
-        }
-        Text {
-            id: label
-            anchors.verticalCenter: parent.verticalCenter
-            text: control.text
-            font: control.font
-            color: control.primary ? Theme.textOnAccent : Theme.notchText
+    contentItem: Item {
+        implicitWidth: content.implicitWidth
+        implicitHeight: content.implicitHeight
+        Row {
+            id: content
+            anchors.centerIn: parent
+            spacing: 5
+            layoutDirection: control.mirrored ? Qt.RightToLeft : Qt.LeftToRight
+            Icon {
+                visible: control.symbol !== ""
+                anchors.verticalCenter: parent.verticalCenter
+                symbol: control.symbol
+                color: label.color
+                size: 13
+            }
+            Text {
+                id: label
+                anchors.verticalCenter: parent.verticalCenter
+                text: control.text
+                font: control.font
+                color: control.primary ? Theme.textOnAccent : Theme.notchText
+            }
         }
     }
     background: Rectangle {

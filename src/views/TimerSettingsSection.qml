@@ -31,6 +31,13 @@ SettingsSection {
         return list;
     }
 
+    function indexIn(list, value) {
+        for (var i = 0; i < list.length; ++i)
+            if (list[i].value === value)
+                return i;
+        return 0;
+    }
+
     SettingsRow {
         title: section.arabic ? "صوت عند انتهاء المؤقت" : "Play a sound when a timer ends"
         NavroSwitch {
@@ -60,11 +67,13 @@ SettingsSection {
                 id: choice
                 objectName: modelData.key + "Choice"
                 readonly property string current: settings[modelData.key]
+                readonly property var list: section.choices(current)
                 implicitWidth: 200
                 textRole: "text"
                 valueRole: "value"
-                model: section.choices(current)
-                currentIndex: Math.max(0, indexOfValue(current))
+                model: list
+                // From the list itself: the programs arrive after the box is built.
+                currentIndex: section.indexIn(list, current)
                 onActivated: settings[modelData.key] = currentValue
                 Accessible.name: modelData.title[section.arabic ? 1 : 0]
             }

@@ -158,15 +158,18 @@ Item {
     }
 
     // --- A session: the ring, the time left, the controls ---------------------------------------
-    RowLayout {
-        anchors.fill: parent
+    Row {
+        id: session
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.leftMargin: 24
+        anchors.verticalCenter: parent.verticalCenter
         visible: tab.phase !== "idle"
-        spacing: 28
+        spacing: 32
 
         Item {
-            Layout.leftMargin: 24
-            implicitWidth: 120
-            implicitHeight: 120
+            width: 120
+            height: 120
             ProgressRing {
                 anchors.centerIn: parent
                 size: 120
@@ -192,12 +195,14 @@ Item {
             }
         }
 
-        ColumnLayout {
-            Layout.fillWidth: true
-            spacing: 12
+        Column {
+            anchors.verticalCenter: parent.verticalCenter
+            width: session.width - 120 - session.spacing
+            spacing: 10
 
             Text {
                 objectName: "timerTitle"
+                width: parent.width
                 text: tab.phase === "finished" ? (tab.arabic ? "انتهى الوقت" : "Time's up")
                       : timerService.isFocus ? (tab.arabic ? "جلسة تركيز" : "Focus session")
                       : (tab.arabic ? "مؤقت" : "Timer")
@@ -207,6 +212,7 @@ Item {
                 font.weight: Font.DemiBold
             }
             Text {
+                width: parent.width
                 visible: tab.phase !== "finished"
                 text: (tab.phase === "paused" ? (tab.arabic ? "متوقف مؤقتاً · " : "Paused · ") : "")
                       + (tab.arabic ? "من " : "of ") + timerService.clock(timerService.total)
@@ -216,6 +222,8 @@ Item {
             }
 
             Row {
+                // Anchored, so that it follows the reading direction like the texts above.
+                anchors.left: parent.left
                 spacing: 8
                 NotchTextButton {
                     objectName: "addMinuteButton"
