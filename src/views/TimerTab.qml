@@ -41,6 +41,17 @@ Item {
         return isFinite(value) && value > 0 && value <= 1440 ? value : 0;
     }
 
+    // The keyboard starts on the control a user most likely wants next, and follows it as the
+    // phase changes (the control it was on may have gone).
+    function focusMainControl() {
+        var control = phase === "idle" ? startButton
+                    : phase === "running" ? pauseButton
+                    : phase === "paused" ? resumeButton : closeButton;
+        control.forceActiveFocus();
+    }
+    Component.onCompleted: focusMainControl()
+    onPhaseChanged: focusMainControl()
+
     function start() {
         if (tab.minutes > 0)
             timerService.start(tab.minutes, tab.focusSession);
@@ -147,6 +158,7 @@ Item {
             }
             Item { Layout.fillWidth: true }
             NotchTextButton {
+                id: startButton
                 objectName: "startButton"
                 primary: true
                 symbol: "play.fill"
@@ -232,14 +244,16 @@ Item {
                     onClicked: timerService.addMinute()
                 }
                 NotchTextButton {
-                    objectName: "pauseButton"
+                    id: pauseButton
+                objectName: "pauseButton"
                     visible: tab.phase === "running"
                     symbol: "pause.fill"
                     text: tab.arabic ? "إيقاف مؤقت" : "Pause"
                     onClicked: timerService.pause()
                 }
                 NotchTextButton {
-                    objectName: "resumeButton"
+                    id: resumeButton
+                objectName: "resumeButton"
                     visible: tab.phase === "paused"
                     primary: true
                     symbol: "play.fill"
@@ -254,7 +268,8 @@ Item {
                     onClicked: timerService.stop()
                 }
                 NotchTextButton {
-                    objectName: "closeButton"
+                    id: closeButton
+                objectName: "closeButton"
                     visible: tab.phase === "finished"
                     primary: true
                     text: tab.arabic ? "إغلاق" : "Close"
