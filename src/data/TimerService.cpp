@@ -16,6 +16,7 @@
 #include <QUrl>
 #include <QtConcurrent/QtConcurrentRun>
 #include <cmath>
+#include <cstdio>
 
 namespace navro {
 namespace {
@@ -90,7 +91,9 @@ QString TimerService::shortcutsFolder() const
 bool TimerService::start(double minutes, bool focus)
 {
     if (!isValidTimerMinutes(minutes)) {
-        logLine("a timer of " + std::to_string(minutes) +
+        char asked[64];
+        std::snprintf(asked, sizeof asked, "%g", minutes);
+        logLine(std::string("a timer of ") + asked +
                 " minutes was asked for; a timer runs for more than 0 and at most " +
                 std::to_string(int(longestTimerMinutes)) + " minutes");
         return false;
@@ -164,7 +167,6 @@ void TimerService::shutDown()
         endSession();
     isFocus_ = false;
     setPhase(TimerPhase::idle());
-    updateKeepAwake();
 }
 
 void TimerService::setPhase(TimerPhase phase)

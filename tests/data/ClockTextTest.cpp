@@ -3,7 +3,6 @@
 #include <cmath>
 #include <gtest/gtest.h>
 #include <limits>
-#include <regex>
 
 namespace navro {
 namespace {
@@ -40,12 +39,26 @@ TEST(ClockText, WholeSecondsAsMinutesBelowAnHourAndHoursFromThenOn)
         EXPECT_EQ(clockText(c.seconds), c.text) << c.seconds;
 }
 
+// Digits, a colon, two digits, a colon, two digits.
+bool readsAsHours(const std::string& text)
+{
+    const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
+    const std::size_t size = text.size();
+    if (size < 7 || text[size - 3] != ':' || text[size - 6] != ':')
+        return false;
+    for (std::size_t i = 0; i < size; ++i)
+        if (i != size - 3 && i != size - 6 && !isDigit(text[i]))
+            return false;
+    return true;
+}
+
 TEST(ClockText, EndlessDurationsStillReadAsAClock)
 {
-    const std::regex clock(R"(\d+:\d\d:\d\d)");
     for (double seconds :
          {1e300, std::numeric_limits<double>::max(), std::numeric_limits<double>::infinity()})
-        EXPECT_TRUE(std::regex_match(clockText(seconds), clock)) << clockText(seconds);
+        EXPECT_TRUE(readsAsHours(clockText(seconds))) << clockText(seconds);
+    EXPECT_FALSE(readsAsHours("59:59"));
+    EXPECT_FALSE(readsAsHours("inf:00:00"));
 }
 
 TEST(ClockText, CountsDownOneSecondAtATimeAcrossTheHour)

@@ -90,6 +90,17 @@ public:
     QList<QVariantMap> states;
     QList<QVariantMap> timers;
     QStringList interfaces;
+
+    bool listen(QDBusConnection& client)
+    {
+        const bool connected = client.connect(
+            remoteServiceName, remoteObjectPath, "org.freedesktop.DBus.Properties",
+            "PropertiesChanged", this, SLOT(changed(QString, QVariantMap, QStringList)));
+        // The match rule is in place once a round trip through the bus has completed.
+        readState(client);
+        return connected;
+    }
+
 public slots:
     void changed(const QString& interface, const QVariantMap& changed, const QStringList&)
     {
@@ -160,11 +171,7 @@ TEST_F(DBusRemoteControlTest, PropertiesChangedOnlyForRealChanges)
     ASSERT_NE(publisher, nullptr);
     QDBusConnection client = connect();
     SignalRecorder recorder;
-    ASSERT_TRUE(client.connect(remoteServiceName, remoteObjectPath,
-                               "org.freedesktop.DBus.Properties", "PropertiesChanged", &recorder,
-                               SLOT(changed(QString, QVariantMap, QStringList))));
-    // The match rule is in place once a round trip through the bus has completed.
-    readState(client);
+    ASSERT_TRUE(recorder.listen(client));
 
     publisher->stateChanged(); // nothing differs: no signal
     target.state.status = "open";
@@ -219,10 +226,7 @@ TEST_F(DBusRemoteControlTest, TimerChangesAreAnnouncedEachTime)
     ASSERT_NE(publisher, nullptr);
     QDBusConnection client = connect();
     SignalRecorder recorder;
-    ASSERT_TRUE(client.connect(remoteServiceName, remoteObjectPath,
-                               "org.freedesktop.DBus.Properties", "PropertiesChanged", &recorder,
-                               SLOT(changed(QString, QVariantMap, QStringList))));
-    readState(client);
+    ASSERT_TRUE(recorder.listen(client));
 
     target.timer = {"running", 300, 300, false};
     publisher->timerChanged();
