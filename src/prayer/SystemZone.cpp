@@ -118,6 +118,10 @@ std::optional<Tzif> parseTzif(std::string_view bytes)
     std::vector<std::uint8_t> abbreviationIndices;
     for (std::uint32_t i = 0; i < c.type; ++i) {
         const auto offset = static_cast<std::int32_t>(reader.signedBigEndian(4));
+        // More than 25 hours either way is no place's clock (RFC 8536), and would overflow the
+        // milliseconds the calendar works in.
+        if (offset <= -90000 || offset >= 93600)
+            return std::nullopt;
         const bool dst = reader.unsignedBigEndian(1) != 0;
         abbreviationIndices.push_back(static_cast<std::uint8_t>(reader.unsignedBigEndian(1)));
         tzif.types.push_back({offset, dst, {}});
