@@ -12,6 +12,7 @@
 #include <unicode/dtrule.h>
 #include <unicode/rbtz.h>
 #include <unicode/tzrule.h>
+#include <unicode/unistr.h>
 #include <vector>
 
 namespace navro {
@@ -388,6 +389,18 @@ std::unique_ptr<icu::TimeZone> systemTimeZone(std::string_view id)
     const std::string bytes((std::istreambuf_iterator<char>(file)),
                             std::istreambuf_iterator<char>());
     return timeZoneFromTzif(id, bytes);
+}
+
+std::unique_ptr<icu::TimeZone> knownTimeZone(std::string_view id)
+{
+    // The system's database first: it follows rule changes that postdate the ICU release.
+    if (auto zone = systemTimeZone(id))
+        return zone;
+    std::unique_ptr<icu::TimeZone> zone(icu::TimeZone::createTimeZone(
+        icu::UnicodeString::fromUTF8(icu::StringPiece(id.data(), std::int32_t(id.size())))));
+    if (!zone || *zone == icu::TimeZone::getUnknown())
+        return nullptr;
+    return zone;
 }
 
 } // namespace navro
