@@ -2,6 +2,7 @@
 
 #include "app/AppActions.h"
 #include "app/AppSettings.h"
+#include "app/DesktopNotifier.h"
 #include "app/FileAccess.h"
 #include "app/HotKey.h"
 #include "app/IconImageProvider.h"
@@ -12,6 +13,7 @@
 #include "app/QmlWindowHost.h"
 #include "app/Shell.h"
 #include "app/SoundPlayer.h"
+#include "data/NotesStore.h"
 #include "data/SleepPreventer.h"
 #include "data/TimerService.h"
 #include "notch/ActivityCenter.h"
@@ -92,6 +94,8 @@ void AppDelegate::start()
                                             dataFolder() / "Shortcuts");
     connect(timer_.get(), &TimerService::stateChanged, activityCenter_.get(),
             [this] { activityCenter_->setTimerState(timer_->state()); });
+    notifier_ = makeDesktopNotifier();
+    notes_ = std::make_unique<NotesStore>(clock_, *settings_, *timeEvents_, *notifier_);
     notchModel_ = std::make_unique<NotchViewModel>(clock_, *settings_);
     notchModel_->mirror(*activityCenter_);
 
@@ -196,6 +200,7 @@ void AppDelegate::setUpEngine()
     context->setContextProperty(QStringLiteral("activityCenter"), activityCenter_.get());
     context->setContextProperty(QStringLiteral("prayer"), prayer_.get());
     context->setContextProperty(QStringLiteral("timerService"), timer_.get());
+    context->setContextProperty(QStringLiteral("notes"), notes_.get());
 }
 
 void AppDelegate::setUpStatusItem()
@@ -241,6 +246,9 @@ void AppDelegate::shutdown()
     hotKey_.reset();
     if (statusItem_)
         statusItem_->hide();
+    // The last keystrokes of the note are still waiting for their write.
+    if (notes_)
+        notes_->flushPendingSave();
     if (store_)
         store_->sync();
 }

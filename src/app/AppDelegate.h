@@ -19,10 +19,12 @@ namespace navro {
 class ActivityCenter;
 class AppActions;
 class AppSettings;
+class DesktopNotifier;
 class HotKey;
 class LaunchAtLogin;
 class NotchViewModel;
 class NotchWindowController;
+class NotesStore;
 class OnboardingFinish;
 class PanelWindowSystem;
 class PrayerService;
@@ -92,12 +94,14 @@ private:
     std::unique_ptr<QmlWindowHost> onboarding_;
     std::unique_ptr<LaunchAtLogin> launchAtLogin_;
     std::unique_ptr<SystemTimeEvents> timeEvents_;
+    std::unique_ptr<DesktopNotifier> notifier_;
     std::unique_ptr<PrayerService> prayer_;
     std::unique_ptr<ActivityCenter> activityCenter_;
     std::unique_ptr<Shell> shell_;
     std::unique_ptr<SleepPreventer> sleepPreventer_;
     std::unique_ptr<SoundPlayer> sound_;
     std::unique_ptr<TimerService> timer_;
+    std::unique_ptr<NotesStore> notes_;
     std::unique_ptr<NotchViewModel> notchModel_;
     std::unique_ptr<PanelWindowSystem> panelWindowSystem_;
     std::unique_ptr<NotchWindowController> notch_;

@@ -51,6 +51,10 @@ var files = {
     "bluetooth": "bluetooth",
     "sparkles": "sparkles",
     "rectangle.portrait.and.arrow.right": "log-out",
+    "flag": "flag",
+    "plus": "plus",
+    "chevron.left": "chevron-left",
+    "chevron.right": "chevron-right",
     "circle": "circle"
 };
 

@@ -8,10 +8,13 @@ Button {
     property string symbol: ""
     // Filled with the accent: the main action, or the chosen one of a group.
     property bool primary: false
+    // The symbol in a colour of its own (a priority's flag), else in the text's.
+    property color symbolColor: label.color
 
     implicitHeight: 30
-    leftPadding: 12
-    rightPadding: 12
+    // A symbol alone makes a round button.
+    leftPadding: text === "" ? 8 : 12
+    rightPadding: text === "" ? 8 : 12
     font.family: Theme.fontFamily
     font.pixelSize: Theme.smallSize + 1
     font.weight: primary ? Font.DemiBold : Font.Normal
@@ -31,11 +34,12 @@ Button {
                 visible: control.symbol !== ""
                 anchors.verticalCenter: parent.verticalCenter
                 symbol: control.symbol
-                color: label.color
+                color: control.symbolColor
                 size: 13
             }
             Text {
                 id: label
+                visible: control.text !== ""
                 anchors.verticalCenter: parent.verticalCenter
                 text: control.text
                 font: control.font

@@ -66,7 +66,8 @@ Item {
     // Tabs with views of their own, by tab id (e.g. "notes": "NotesTab.qml"). A tab that is not
     // listed shows its symbol and title.
     readonly property var tabViews: ({
-        "timer": "TimerTab.qml"
+        "timer": "TimerTab.qml",
+        "notes": "NotesTab.qml"
     })
 
     Component {
