@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <unicode/datefmt.h>
+#include <unicode/fieldpos.h>
 #include <unicode/gregocal.h>
 #include <unicode/locid.h>
 #include <unicode/timezone.h>
@@ -53,6 +54,9 @@ PresetRule ruleOf(DuePreset preset)
 // that none of ICU's fields overflows.
 constexpr int furthestYear = 100000;
 constexpr int furthestField = 1000000;
+
+// Enough for every deadline of a long list in both languages.
+constexpr std::size_t maxRememberedLabels = 8192;
 
 } // namespace
 
@@ -156,14 +160,30 @@ const icu::DateFormat* DueCalendar::format(Pattern pattern, bool arabic) const
 
 std::string DueCalendar::formatted(Pattern pattern, bool arabic, WallTime at) const
 {
+    // Formatting an instant would clone the formatter's calendar, zone and all, every time; the
+    // calendar here is set and reused instead.
+    UErrorCode status = U_ZERO_ERROR;
+    calendar_->setTime(toUDate(at), status);
     icu::UnicodeString text;
-    format(pattern, arabic)->format(toUDate(at), text);
+    icu::FieldPosition position;
+    format(pattern, arabic)->format(*calendar_, text, position);
     std::string utf8;
     text.toUTF8String(utf8);
     return utf8;
 }
 
 std::string DueCalendar::deadlineLabel(WallTime due, WallTime now, bool overdue, bool arabic) const
+{
+    const LabelKey key{due, dayNumber(now), overdue, arabic};
+    if (const auto known = labels_.find(key); known != labels_.end())
+        return known->second;
+    if (labels_.size() >= maxRememberedLabels)
+        labels_.clear();
+    return labels_[key] = newDeadlineLabel(due, now, overdue, arabic);
+}
+
+std::string DueCalendar::newDeadlineLabel(WallTime due, WallTime now, bool overdue,
+                                          bool arabic) const
 {
     std::string label = overdue ? (arabic ? "متأخرة · " : "Overdue · ") : "";
     switch (dayNumber(due) - dayNumber(now)) {

@@ -3,6 +3,7 @@
 #include "app/Clock.h"
 #include "data/TodoRules.h"
 
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -62,10 +63,22 @@ private:
     enum class Pattern { time, date, dateWithYear };
     const icu::DateFormat* format(Pattern pattern, bool arabic) const;
     std::string formatted(Pattern pattern, bool arabic, WallTime at) const;
+    std::string newDeadlineLabel(WallTime due, WallTime now, bool overdue, bool arabic) const;
     int dayNumber(WallTime at) const;
+
+    struct LabelKey {
+        WallTime due;
+        int today;
+        bool overdue;
+        bool arabic;
+        auto operator<=>(const LabelKey&) const = default;
+    };
 
     std::unique_ptr<icu::Calendar> calendar_;
     mutable std::unique_ptr<icu::DateFormat> formats_[3][2];
+    // A list is labelled again on every change, mostly with the labels it had: formatting costs
+    // far more than a look-up.
+    mutable std::map<LabelKey, std::string> labels_;
 };
 
 } // namespace navro
