@@ -42,12 +42,10 @@ std::optional<Priority> priorityFrom(int raw)
 NotesStore::NotesStore(Clock& clock, const AppSettings& settings, SystemTimeEvents& timeEvents,
                        DesktopNotifier& notifier, std::filesystem::path file, QObject* parent)
     : QObject(parent), clock_(clock), settings_(settings), timeEvents_(timeEvents),
-      file_(std::move(file)), saveTask_(clock.makeSlot()),
-      calendar_(std::make_unique<DueCalendar>(timeEvents.systemTimeZoneID())),
-      reminders_(clock, notifier), listRefresh_(clock.makeSlot())
+      file_(std::move(file)), saveTask_(clock.makeSlot()), reminders_(clock, notifier),
+      listRefresh_(clock.makeSlot())
 {
     load();
-    refreshList();
     rescheduleReminders();
     timeEventsHandler_ =
         timeEvents_.addHandler([this](SystemTimeEvents::Event event) { onTimeEvent(event); });
@@ -330,15 +328,26 @@ void NotesStore::rescheduleReminders()
 void NotesStore::onTimeEvent(SystemTimeEvents::Event event)
 {
     if (event == SystemTimeEvents::Event::timeZoneChanged)
-        calendar_ = std::make_unique<DueCalendar>(timeEvents_.systemTimeZoneID());
+        calendar_.reset();
     // What fell due while the machine slept or the clock jumped is shown now, once.
     reminders_.wake();
     rescheduleReminders();
     refreshList();
 }
 
+const DueCalendar& NotesStore::calendar() const
+{
+    if (!calendar_)
+        calendar_ = std::make_unique<DueCalendar>(timeEvents_.systemTimeZoneID());
+    return *calendar_;
+}
+
 void NotesStore::refreshList()
 {
+    if (listWatchers_ == 0) {
+        listRefresh_->cancel();
+        return;
+    }
     const WallTime now = clock_.now();
     const bool arabic = settings_.isArabic();
     std::vector<TodoListModel::Row> rows;
@@ -357,7 +366,7 @@ void NotesStore::refreshList()
             anyDeadline = true;
             row.overdue = !todo.done && *todo.due < now;
             row.due = toDateTime(*todo.due);
-            row.dueLabel = toQString(calendar_->deadlineLabel(*todo.due, now, row.overdue, arabic));
+            row.dueLabel = toQString(calendar().deadlineLabel(*todo.due, now, row.overdue, arabic));
             if (!todo.done && *todo.due >= now && (!nextChange || *todo.due < *nextChange))
                 nextChange = *todo.due;
         }
@@ -365,16 +374,16 @@ void NotesStore::refreshList()
     }
     model_.show(std::move(rows));
 
-    if (listWatchers_ == 0 || !anyDeadline) {
+    if (!anyDeadline) {
         listRefresh_->cancel();
         return;
     }
     // "Today" becomes "Yesterday" at midnight; a deadline passing makes its to-do overdue.
-    LocalDateTime tomorrow = calendar_->localDateTime(now);
+    LocalDateTime tomorrow = calendar().localDateTime(now);
     tomorrow.day += 1;
     tomorrow.hour = 0;
     tomorrow.minute = 0;
-    if (const auto midnight = calendar_->instantOf(tomorrow);
+    if (const auto midnight = calendar().instantOf(tomorrow);
         midnight && *midnight > now && (!nextChange || *midnight < *nextChange))
         nextChange = midnight;
     if (!nextChange) {
@@ -439,9 +448,9 @@ QVariantList NotesStore::duePresets() const
     const WallTime now = clock_.now();
     const bool arabic = settings_.isArabic();
     QVariantList list;
-    for (DuePreset preset : offeredDuePresets(calendar_->localDateTime(now).hour))
+    for (DuePreset preset : offeredDuePresets(calendar().localDateTime(now).hour))
         list.append(QVariantMap{{"title", toQString(duePresetTitle(preset, arabic))},
-                                {"due", toDateTime(calendar_->presetMoment(preset, now))}});
+                                {"due", toDateTime(calendar().presetMoment(preset, now))}});
     return list;
 }
 
@@ -451,19 +460,19 @@ QString NotesStore::deadlineLabel(const QDateTime& due) const
     if (!at)
         return {};
     const WallTime now = clock_.now();
-    return toQString(calendar_->deadlineLabel(*at, now, *at < now, settings_.isArabic()));
+    return toQString(calendar().deadlineLabel(*at, now, *at < now, settings_.isArabic()));
 }
 
 QVariantMap NotesStore::wallClock(const QDateTime& moment) const
 {
     LocalDateTime local;
     if (const auto at = toWallTime(moment)) {
-        local = calendar_->localDateTime(*at);
+        local = calendar().localDateTime(*at);
     } else {
-        local = calendar_->localDateTime(clock_.now());
+        local = calendar().localDateTime(clock_.now());
         local.hour += 1;
         local.minute = 0;
-        local = calendar_->localDateTime(calendar_->instantOf(local).value_or(clock_.now()));
+        local = calendar().localDateTime(calendar().instantOf(local).value_or(clock_.now()));
     }
     return {{"year", local.year},
             {"month", local.month},
@@ -474,7 +483,7 @@ QVariantMap NotesStore::wallClock(const QDateTime& moment) const
 
 QDateTime NotesStore::momentAt(int year, int month, int day, int hour, int minute) const
 {
-    const auto at = calendar_->instantOf({year, month, day, hour, minute});
+    const auto at = calendar().instantOf({year, month, day, hour, minute});
     return at ? toDateTime(*at) : QDateTime();
 }
 

@@ -94,8 +94,8 @@ public:
     // The moment the local wall clock shows those fields; invalid when there is none.
     Q_INVOKABLE QDateTime momentAt(int year, int month, int day, int hour, int minute) const;
 
-    // While a view lists the to-dos, their order and labels follow the clock (a deadline passing,
-    // midnight); nobody watching, nothing wakes for it.
+    // While a view lists the to-dos, the list follows every change and the clock (a deadline
+    // passing, midnight); nobody watching, nothing is computed for it and nothing wakes for it.
     Q_INVOKABLE void watchList();
     Q_INVOKABLE void stopWatchingList();
 
@@ -115,6 +115,8 @@ private:
     void cancelReminder(const Todo& todo);
     void onTimeEvent(SystemTimeEvents::Event event);
     void refreshList();
+    // Built on first use: the closed notch needs none of it.
+    const DueCalendar& calendar() const;
 
     Clock& clock_;
     const AppSettings& settings_;
@@ -124,7 +126,7 @@ private:
     QString note_;
     std::unique_ptr<TaskSlot> saveTask_;
     QString saveError_;
-    std::unique_ptr<DueCalendar> calendar_;
+    mutable std::unique_ptr<DueCalendar> calendar_;
     ReminderScheduler reminders_;
     TodoListModel model_;
     std::unique_ptr<TaskSlot> listRefresh_;

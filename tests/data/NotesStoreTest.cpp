@@ -202,6 +202,7 @@ TEST_F(NotesStoreTest, SortedPutsOverdueFirstAndPastDeadlinesGetNoReminder)
               (std::vector<std::string>{"low, a minute ago", "high, next hour", "none, next week",
                                         "none, no deadline"}));
     // The view's list is in the same order, with the overdue one marked.
+    store().watchList();
     ASSERT_EQ(rows().size(), 4u);
     EXPECT_EQ(rows()[0].text, "low, a minute ago");
     EXPECT_TRUE(rows()[0].overdue);
@@ -241,6 +242,7 @@ TEST_F(NotesStoreTest, RemindersSpeakTheLanguageOfTheirMoment)
 {
     start();
     store().add("Pay rent", Priority::none, mayNoon + 1h);
+    store().watchList();
     settings.setLanguageRaw("arabic");
     EXPECT_EQ(rows().at(0).dueLabel, "اليوم ١:٠٠ م");
     EXPECT_EQ(rows().at(0).priorityTitle, "بلا أولوية");
@@ -341,6 +343,7 @@ TEST_F(NotesStoreTest, AnotherTimeZoneRelabelsTheDeadlines)
 {
     start();
     store().add("Call", Priority::none, utc(2026, 5, 10, 18));
+    store().watchList();
     EXPECT_EQ(rows().at(0).dueLabel, "Today 9:00\u202fPM");
     events.zone = "Europe/London";
     events.send(Event::timeZoneChanged);
@@ -521,6 +524,7 @@ TEST_F(NotesStoreTest, TheListFollowsTheClockOnlyWhileWatched)
     store().add("low, in an hour", Priority::low, mayNoon + 1h);
     store().add("high, undated", Priority::high);
     EXPECT_EQ(clock.pendingCount(), 1u) << "only the reminder waits";
+    EXPECT_TRUE(rows().empty()) << "a list nobody looks at is not built";
     store().watchList();
     EXPECT_EQ(clock.pendingCount(), 2u);
     EXPECT_EQ(rows().at(0).text, "high, undated");
