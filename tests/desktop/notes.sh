@@ -75,6 +75,9 @@ settled_screenshot "$SHOTS/notes-tab.png"
 xdotool key Tab
 navro_call Close
 wait_until 5 "status closed" navro_field_is status closed
+# Closing hands the keyboard back; the click comes after that, so that the window's losing focus
+# cannot close what the click opens.
+wait_until 5 "keyboard focus back elsewhere" eval '! navro_has_focus'
 xdotool mousemove $SCREEN_MIDDLE 10 click 1
 wait_until 5 "status open" navro_field_is status open
 wait_until 5 "keyboard focus in the notch" navro_has_focus
