@@ -432,15 +432,15 @@ QVariantList NotesStore::priorities() const
 {
     QVariantList list;
     for (Priority priority : prioritiesHighestFirst)
-        list.append(QVariantMap{{"value", static_cast<int>(priority)},
-                                {"title", priorityTitle(static_cast<int>(priority))}});
+        list.append(QVariantMap{
+            {"value", static_cast<int>(priority)},
+            {"title", priorityTitle(static_cast<int>(priority), settings_.isArabic())}});
     return list;
 }
 
-QString NotesStore::priorityTitle(int priority) const
+QString NotesStore::priorityTitle(int priority, bool arabic) const
 {
-    return toQString(
-        title(priorityFrom(priority).value_or(Priority::none)).in(settings_.isArabic()));
+    return toQString(title(priorityFrom(priority).value_or(Priority::none)).in(arabic));
 }
 
 QVariantList NotesStore::duePresets() const
@@ -454,13 +454,13 @@ QVariantList NotesStore::duePresets() const
     return list;
 }
 
-QString NotesStore::deadlineLabel(const QDateTime& due) const
+QString NotesStore::deadlineLabel(const QDateTime& due, bool arabic) const
 {
     const auto at = toWallTime(due);
     if (!at)
         return {};
     const WallTime now = clock_.now();
-    return toQString(calendar().deadlineLabel(*at, now, *at < now, settings_.isArabic()));
+    return toQString(calendar().deadlineLabel(*at, now, *at < now, arabic));
 }
 
 QVariantMap NotesStore::wallClock(const QDateTime& moment) const

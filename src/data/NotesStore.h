@@ -84,10 +84,11 @@ public:
     Q_INVOKABLE void setDueOf(const QString& id, const QDateTime& due);
     // [{value, title}] highest first, in the interface language.
     Q_INVOKABLE QVariantList priorities() const;
-    Q_INVOKABLE QString priorityTitle(int priority) const;
     // [{title, due}] offered now, in menu order.
     Q_INVOKABLE QVariantList duePresets() const;
-    Q_INVOKABLE QString deadlineLabel(const QDateTime& due) const;
+    // The language is an argument here so that a view's binding follows it.
+    Q_INVOKABLE QString priorityTitle(int priority, bool arabic) const;
+    Q_INVOKABLE QString deadlineLabel(const QDateTime& due, bool arabic) const;
     // The picker's fields of a moment on the local wall clock: {year, month (1–12), day, hour,
     // minute}; of now plus an hour, on the hour, for an invalid date.
     Q_INVOKABLE QVariantMap wallClock(const QDateTime& moment) const;

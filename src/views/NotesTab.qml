@@ -163,7 +163,7 @@ Item {
                 objectName: "newPriority"
                 symbol: "flag"
                 symbolColor: tab.priorityColor(tab.newPriority)
-                text: tab.newPriority > 0 ? notes.priorityTitle(tab.newPriority) : ""
+                text: tab.newPriority > 0 ? notes.priorityTitle(tab.newPriority, tab.arabic) : ""
                 Accessible.name: tab.arabic ? "الأولوية" : "Priority"
                 ToolTip.text: Accessible.name
                 ToolTip.visible: hovered
@@ -175,7 +175,7 @@ Item {
                 id: newDueButton
                 objectName: "newDue"
                 symbol: "clock"
-                text: tab.newDue ? notes.deadlineLabel(tab.newDue) : ""
+                text: tab.newDue ? notes.deadlineLabel(tab.newDue, tab.arabic) : ""
                 Accessible.name: tab.arabic ? "الموعد" : "Deadline"
                 ToolTip.text: Accessible.name
                 ToolTip.visible: hovered

@@ -517,6 +517,45 @@ TEST_F(NotesStoreTest, PresetsOfferedByTheLocalHour)
     }
 }
 
+// What the views call, in their types: ints for priorities, dates that may be invalid for none.
+TEST_F(NotesStoreTest, TheViewsCallsTranslateTheirTypes)
+{
+    start();
+    const auto at = [](WallTime time) {
+        return QDateTime::fromMSecsSinceEpoch(time.time_since_epoch().count());
+    };
+    const QString id = store().addTodo(" Call ", 7, QDateTime());
+    ASSERT_FALSE(id.isEmpty());
+    EXPECT_EQ(store().addTodo("  ", 1, QDateTime()), "");
+    const Todo* todo = store().find(id);
+    ASSERT_NE(todo, nullptr);
+    EXPECT_EQ(todo->priority, Priority::none);
+    EXPECT_EQ(todo->due, std::nullopt);
+
+    store().setPriorityOf(id, 2);
+    store().setPriorityOf(id, -1);
+    store().setDueOf(id, at(mayNoon + 90min));
+    EXPECT_EQ(store().find(id)->priority, Priority::medium);
+    EXPECT_EQ(store().find(id)->due, mayNoon + 90min);
+    store().setDueOf(id, QDateTime());
+    EXPECT_EQ(store().find(id)->due, std::nullopt);
+
+    // The picker starts on the next whole hour and turns its fields back into the same moment.
+    const QVariantMap fields = store().wallClock(QDateTime());
+    EXPECT_EQ(fields.value("hour").toInt(), 13);
+    EXPECT_EQ(fields.value("minute").toInt(), 0);
+    EXPECT_EQ(store().momentAt(fields.value("year").toInt(), fields.value("month").toInt(),
+                               fields.value("day").toInt(), 13, 0),
+              at(mayNoon + 1h));
+    EXPECT_FALSE(store().momentAt(2026, 5, 10, 2000000000, 0).isValid());
+
+    EXPECT_EQ(store().priorityTitle(3, false), "High");
+    EXPECT_EQ(store().priorityTitle(3, true), "عالية");
+    EXPECT_EQ(store().deadlineLabel(at(mayNoon + 1h), false), "Today 1:00\u202fPM");
+    EXPECT_EQ(store().deadlineLabel(at(mayNoon - 1h), true), "متأخرة · اليوم ١١:٠٠ ص");
+    EXPECT_EQ(store().deadlineLabel(QDateTime(), false), "");
+}
+
 TEST_F(NotesStoreTest, TheListFollowsTheClockOnlyWhileWatched)
 {
     start();
