@@ -163,30 +163,6 @@ desktop_start() {
     desktop_say "desktop $DISPLAY ready in $DESKTOP_DIR"
 }
 
-# bus_has_name NAME: true once NAME has an owner on the session bus.
-bus_has_name() {
-    gdbus call --session --dest org.freedesktop.DBus --object-path /org/freedesktop/DBus \
-        --method org.freedesktop.DBus.NameHasOwner "$1" 2>/dev/null | grep -q true
-}
-
-# desktop_notification_daemon: dunst on the session bus, keeping every notification on screen
-# until it is closed, so that what arrived can be counted at leisure (`dunstctl count`).
-desktop_notification_daemon() {
-    cat >"$DESKTOP_DIR/dunstrc" <<'CONFIG'
-[global]
-    monitor = 0
-    follow = none
-[urgency_low]
-    timeout = 0
-[urgency_normal]
-    timeout = 0
-[urgency_critical]
-    timeout = 0
-CONFIG
-    desktop_spawn dunst dunst -config "$DESKTOP_DIR/dunstrc"
-    wait_until 10 "the notification daemon" bus_has_name org.freedesktop.Notifications
-}
-
 desktop_wm_ready() {
     xprop -root -notype _NET_SUPPORTING_WM_CHECK | grep -q 'window id'
 }
@@ -484,4 +460,28 @@ desktop_start_screensaver() {
 # screensaver_active_is N: the inhibitions in force after the last call are N.
 screensaver_active_is() {
     [ "$(sed -n 's/.* active=\([0-9]*\)$/\1/p' "$DESKTOP_DIR/logs/screensaver.log" | tail -n1)" = "$1" ]
+}
+
+# bus_has_name NAME: true once NAME has an owner on the session bus.
+bus_has_name() {
+    gdbus call --session --dest org.freedesktop.DBus --object-path /org/freedesktop/DBus \
+        --method org.freedesktop.DBus.NameHasOwner "$1" 2>/dev/null | grep -q true
+}
+
+# desktop_start_notifications: dunst on the session bus, keeping every notification on screen
+# until it is closed, so that what arrived can be counted at leisure (`dunstctl count`).
+desktop_start_notifications() {
+    cat >"$DESKTOP_DIR/dunstrc" <<'CONFIG'
+[global]
+    monitor = 0
+    follow = none
+[urgency_low]
+    timeout = 0
+[urgency_normal]
+    timeout = 0
+[urgency_critical]
+    timeout = 0
+CONFIG
+    desktop_spawn dunst dunst -config "$DESKTOP_DIR/dunstrc"
+    wait_until 10 "the notification daemon" bus_has_name org.freedesktop.Notifications
 }

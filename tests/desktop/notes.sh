@@ -8,7 +8,7 @@ here=$(cd "$(dirname "$0")" && pwd)
 # shellcheck source=lib.sh
 source "$here/lib.sh"
 desktop_test_begin "$1" "$2" notes
-desktop_notification_daemon || finish
+desktop_start_notifications || finish
 
 export TZ=UTC
 fake_start="2026-03-01 11:59:30"
@@ -98,6 +98,5 @@ check "exactly once" stays 3 eval '[ "$(pay_rent_notices)" = 1 ]'
 check "none for the deleted to-do" eval '! grep -q "Cancel me" "$notify_log"'
 check "the daemon shows exactly one notification" [ "$(dunstctl count displayed)" = 1 ]
 check "Navro found the daemon" eval '! grep -q "no desktop notifications" "$DESKTOP_DIR/logs/navro.log"'
-NAVRO_LOG="$DESKTOP_DIR/logs/navro.log"
 
 finish
