@@ -16,11 +16,17 @@
 #include "data/NotesStore.h"
 #include "data/SleepPreventer.h"
 #include "data/TimerService.h"
+#include "media/ArtworkDownloader.h"
+#include "media/NowPlayingImageProvider.h"
+#include "media/NowPlayingService.h"
 #include "notch/ActivityCenter.h"
 #include "notch/NotchViewModel.h"
 #include "notch/NotchWindowController.h"
 #include "notch/PanelWindowSystem.h"
+#include "platform/linux/DesktopEntries.h"
+#include "platform/linux/DesktopPlayerApplications.h"
 #include "platform/linux/LinuxSystemTimeEvents.h"
+#include "platform/linux/NowPlayingHelper.h"
 #include "prayer/PrayerService.h"
 
 #include <QApplication>
@@ -84,6 +90,7 @@ void AppDelegate::start()
 
     timeEvents_ = std::make_unique<LinuxSystemTimeEvents>();
     prayer_ = std::make_unique<PrayerService>(*settings_, clock_, *timeEvents_);
+    startNowPlaying();
     activityCenter_ = std::make_unique<ActivityCenter>(clock_, *settings_);
     connect(prayer_.get(), &PrayerService::prayerChanged, activityCenter_.get(),
             &ActivityCenter::notePrayerChanged);
@@ -96,6 +103,10 @@ void AppDelegate::start()
             [this] { activityCenter_->setTimerState(timer_->state()); });
     notifier_ = makeDesktopNotifier();
     notes_ = std::make_unique<NotesStore>(clock_, *settings_, *timeEvents_, *notifier_);
+    connect(nowPlaying_.get(), &NowPlayingService::infoChanged, activityCenter_.get(), [this] {
+        const auto& info = nowPlaying_->info();
+        activityCenter_->setPlaybackRate(info ? std::optional(info->rate) : std::nullopt);
+    });
     notchModel_ = std::make_unique<NotchViewModel>(clock_, *settings_);
     notchModel_->mirror(*activityCenter_);
 
@@ -163,6 +174,35 @@ void AppDelegate::start()
             remote_->timerChanged();
     });
     publishState();
+    connect(nowPlaying_.get(), &NowPlayingService::infoChanged, this,
+            &AppDelegate::noteNowPlayingChanged);
+    noteNowPlayingChanged();
+}
+
+void AppDelegate::startNowPlaying()
+{
+    desktopEntries_ = std::make_unique<DesktopEntries>();
+    playerApplications_ = std::make_unique<DesktopPlayerApplications>(*desktopEntries_);
+    nowPlayingWatcher_ = std::make_unique<NowPlayingHelper>();
+    artworkDownloader_ = std::make_unique<HttpArtworkDownloader>();
+    nowPlaying_ = std::make_unique<NowPlayingService>(clock_, *settings_, *nowPlayingWatcher_,
+                                                      *playerApplications_, *artworkDownloader_);
+    nowPlaying_->start();
+}
+
+// The bus shows the track as it was at its last change, with the position of that moment.
+void AppDelegate::noteNowPlayingChanged()
+{
+    const auto& info = nowPlaying_->info();
+    if (!info) {
+        nowPlayingSnapshot_.reset();
+    } else {
+        nowPlayingSnapshot_ = RemoteNowPlaying{
+            nowPlaying_->title(), nowPlaying_->artist(),     nowPlaying_->album(),
+            nowPlaying_->appName(), info->rate > 0, nowPlaying_->elapsedNow(), info->duration};
+    }
+    if (remote_)
+        remote_->nowPlayingChanged();
 }
 
 MenuBarActions AppDelegate::menuBarActions()
@@ -201,6 +241,9 @@ void AppDelegate::setUpEngine()
     context->setContextProperty(QStringLiteral("prayer"), prayer_.get());
     context->setContextProperty(QStringLiteral("timerService"), timer_.get());
     context->setContextProperty(QStringLiteral("notes"), notes_.get());
+    context->setContextProperty(QStringLiteral("nowPlaying"), nowPlaying_.get());
+    engine_->addImageProvider(QStringLiteral("nowplaying"),
+                              new NowPlayingImageProvider(nowPlaying_->images()));
 }
 
 void AppDelegate::setUpStatusItem()
@@ -236,6 +279,8 @@ void AppDelegate::shutdown()
     isShutDown_ = true;
     if (onboardingFinish_)
         onboardingFinish_->interrupt();
+    if (nowPlaying_)
+        nowPlaying_->stop();
     // The timer ends its session (the focus-off action included) and lets the display sleep.
     // The preventer itself goes with the delegate, waiting briefly until the desktop has its
     // hold back.

@@ -18,6 +18,8 @@ namespace navro {
 
 class ActivityCenter;
 class AppActions;
+class ArtworkDownloader;
+class DesktopEntries;
 class AppSettings;
 class DesktopNotifier;
 class HotKey;
@@ -25,8 +27,11 @@ class LaunchAtLogin;
 class NotchViewModel;
 class NotchWindowController;
 class NotesStore;
+class NowPlayingService;
+class NowPlayingWatcher;
 class OnboardingFinish;
 class PanelWindowSystem;
+class PlayerApplications;
 class PrayerService;
 class SystemTimeEvents;
 class QSettingsStore;
@@ -65,6 +70,7 @@ public:
     RemoteTimer remoteTimer() const override;
     bool startTimer(double minutes, bool focus) override;
     void stopTimer() override;
+    std::optional<RemoteNowPlaying> remoteNowPlaying() const override { return nowPlayingSnapshot_; }
 
 private:
     // StatusItemHost
@@ -81,6 +87,8 @@ private:
     void setUpHotKey();
     void finishOnboarding();
     void publishState();
+    void startNowPlaying();
+    void noteNowPlayingChanged();
     bool notchPanelVisible() const;
 
     QApplication& application_;
@@ -96,6 +104,12 @@ private:
     std::unique_ptr<SystemTimeEvents> timeEvents_;
     std::unique_ptr<DesktopNotifier> notifier_;
     std::unique_ptr<PrayerService> prayer_;
+    std::unique_ptr<DesktopEntries> desktopEntries_;
+    std::unique_ptr<PlayerApplications> playerApplications_;
+    std::unique_ptr<NowPlayingWatcher> nowPlayingWatcher_;
+    std::unique_ptr<ArtworkDownloader> artworkDownloader_;
+    std::unique_ptr<NowPlayingService> nowPlaying_;
+    std::optional<RemoteNowPlaying> nowPlayingSnapshot_;
     std::unique_ptr<ActivityCenter> activityCenter_;
     std::unique_ptr<Shell> shell_;
     std::unique_ptr<SleepPreventer> sleepPreventer_;

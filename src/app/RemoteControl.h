@@ -2,6 +2,7 @@
 
 #include <QString>
 #include <memory>
+#include <optional>
 
 namespace navro {
 
@@ -25,6 +26,17 @@ struct RemoteTimer {
     bool focus = false;                     // a focus session
 };
 
+// What another process can read about the track that plays, as it was at its last change.
+struct RemoteNowPlaying {
+    QString title, artist, album;
+    QString app; // the player's name as Navro shows it
+    bool playing = false;
+    double elapsed = 0; // seconds, at the moment of the change
+    double duration = 0;
+
+    bool operator==(const RemoteNowPlaying&) const = default;
+};
+
 // The operations another process may ask of the running Navro; implemented by the application's
 // composition root. Every call arrives on the main thread.
 class RemoteControl {
@@ -40,6 +52,8 @@ public:
     // A new timer of `minutes`; false, with nothing changed, when that is no valid length.
     virtual bool startTimer(double minutes, bool focus) = 0;
     virtual void stopTimer() = 0;
+    // Nothing while nothing plays.
+    virtual std::optional<RemoteNowPlaying> remoteNowPlaying() const { return std::nullopt; }
 };
 
 // Publishes a RemoteControl to other processes for as long as it lives.
@@ -52,6 +66,8 @@ public:
     // The owner calls this on every change of the timer's phase (not on the seconds going by);
     // listeners hear of each.
     virtual void timerChanged() = 0;
+    // Likewise for remoteNowPlaying().
+    virtual void nowPlayingChanged() = 0;
 };
 
 // For main(), before anything else is built: when another Navro already runs for this user, asks

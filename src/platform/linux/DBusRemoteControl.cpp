@@ -24,6 +24,11 @@ QVariantMap RemoteControlAdaptor::timer() const
     return toVariantMap(target_.remoteTimer());
 }
 
+QVariantMap RemoteControlAdaptor::nowPlaying() const
+{
+    return toVariantMap(target_.remoteNowPlaying());
+}
+
 void RemoteControlAdaptor::Open(bool focus)
 {
     target_.open(focus);
@@ -84,8 +89,24 @@ QVariantMap toVariantMap(const RemoteTimer& timer)
     };
 }
 
+QVariantMap toVariantMap(const std::optional<RemoteNowPlaying>& nowPlaying)
+{
+    if (!nowPlaying)
+        return {};
+    return {
+        {QStringLiteral("title"), nowPlaying->title},
+        {QStringLiteral("artist"), nowPlaying->artist},
+        {QStringLiteral("album"), nowPlaying->album},
+        {QStringLiteral("app"), nowPlaying->app},
+        {QStringLiteral("playing"), nowPlaying->playing},
+        {QStringLiteral("elapsed"), nowPlaying->elapsed},
+        {QStringLiteral("duration"), nowPlaying->duration},
+    };
+}
+
 DBusRemoteControl::DBusRemoteControl(QDBusConnection connection, RemoteControl& target)
-    : connection_(std::move(connection)), target_(target), published_(target.remoteState())
+    : connection_(std::move(connection)), target_(target), published_(target.remoteState()),
+      publishedNowPlaying_(target.remoteNowPlaying())
 {
     if (!connection_.isConnected()) {
         failure_ = connection_.lastError().message();
@@ -140,6 +161,16 @@ void DBusRemoteControl::stateChanged()
 void DBusRemoteControl::timerChanged()
 {
     announce(QStringLiteral("Timer"), toVariantMap(target_.remoteTimer()));
+}
+
+void DBusRemoteControl::nowPlayingChanged()
+{
+    auto current = target_.remoteNowPlaying();
+    if (current == publishedNowPlaying_) {
+        return;
+    }
+    publishedNowPlaying_ = current;
+    announce(QStringLiteral("NowPlaying"), toVariantMap(current));
 }
 
 void DBusRemoteControl::announce(const QString& property, const QVariantMap& value)

@@ -21,12 +21,14 @@ class RemoteControlAdaptor final : public QDBusAbstractAdaptor {
     Q_CLASSINFO("D-Bus Interface", "io.navro.Navro")
     Q_PROPERTY(QVariantMap State READ state)
     Q_PROPERTY(QVariantMap Timer READ timer)
+    Q_PROPERTY(QVariantMap NowPlaying READ nowPlaying)
 
 public:
     RemoteControlAdaptor(QObject* parent, const QDBusContext& call, RemoteControl& target);
 
     QVariantMap state() const;
     QVariantMap timer() const;
+    QVariantMap nowPlaying() const;
 
 public slots:
     void Open(bool focus);
@@ -44,6 +46,8 @@ private:
 
 QVariantMap toVariantMap(const RemoteState& state);
 QVariantMap toVariantMap(const RemoteTimer& timer);
+// Empty while nothing plays.
+QVariantMap toVariantMap(const std::optional<RemoteNowPlaying>& nowPlaying);
 
 // Owns the bus name and the object for as long as it lives.
 class DBusRemoteControl final : public QObject, public RemoteControlPublisher, public QDBusContext {
@@ -60,6 +64,7 @@ public:
 
     void stateChanged() override;
     void timerChanged() override;
+    void nowPlayingChanged() override;
 
 private:
     void announce(const QString& property, const QVariantMap& value);
@@ -67,6 +72,7 @@ private:
     QDBusConnection connection_;
     RemoteControl& target_;
     RemoteState published_;
+    std::optional<RemoteNowPlaying> publishedNowPlaying_;
     Outcome outcome_ = Outcome::failed;
     QString failure_;
 };
