@@ -278,6 +278,7 @@ Item {
                 anchors.right: parent.right
                 height: Theme.closedIconSize
                 levels: typeof audioBars !== "undefined" ? audioBars.levels : []
+                playing: typeof nowPlaying !== "undefined" && nowPlaying.isPlaying
                 tint: Theme.music
             }
         }
