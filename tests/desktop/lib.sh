@@ -167,82 +167,6 @@ desktop_wm_ready() {
     xprop -root -notype _NET_SUPPORTING_WM_CHECK | grep -q 'window id'
 }
 
-# --- Sound and a media player ------------------------------------------------------------------
-
-# desktop_start_sound: a PulseAudio server with two null sinks (test_sink, the default, and
-# test_sink2) on a socket of the desktop's own. Exports PULSE_SERVER.
-desktop_start_sound() {
-    local tool
-    for tool in pulseaudio pactl; do
-        command -v "$tool" >/dev/null 2>&1 || {
-            desktop_say "missing $tool: run scripts/install-deps.sh"
-            return 1
-        }
-    done
-    mkdir -p "$DESKTOP_DIR/pulse"
-    cat >"$DESKTOP_DIR/pulse/default.pa" <<PA
-load-module module-native-protocol-unix auth-anonymous=1 socket=$DESKTOP_DIR/pulse/native
-load-module module-null-sink sink_name=test_sink rate=48000 channels=2 sink_properties=device.description=TestSink
-load-module module-null-sink sink_name=test_sink2 rate=48000 channels=2 sink_properties=device.description=TestSink2
-set-default-sink test_sink
-PA
-    export PULSE_SERVER="unix:$DESKTOP_DIR/pulse/native"
-    desktop_spawn pulseaudio pulseaudio --daemonize=no --exit-idle-time=-1 --system=false \
-        --use-pid-file=no -n -F "$DESKTOP_DIR/pulse/default.pa" --log-target=stderr
-    wait_until 10 "the sound server" pactl info
-}
-
-# desktop_make_music DIR: three tagged tracks of a minute each (a.ogg, b.ogg, c.ogg) and a
-# one-colour cover.png (C03020) beside them, as a music folder has.
-desktop_make_music() {
-    local dir=$1
-    mkdir -p "$dir"
-    sox -n -r 48000 -c 2 --comment "" --add-comment "TITLE=First Song" \
-        --add-comment "ARTIST=Test Artist" --add-comment "ALBUM=Test Album" \
-        "$dir/a.ogg" synth 60 sine 440 vol 0.5 &&
-        sox -n -r 48000 -c 2 --comment "" --add-comment "TITLE=Second Song" \
-            --add-comment "ARTIST=Other Artist" --add-comment "ALBUM=Test Album" \
-            "$dir/b.ogg" synth 60 sine 660 vol 0.5 &&
-        sox -n -r 48000 -c 2 --comment "" --add-comment "TITLE=Third Song" \
-            --add-comment "ARTIST=Test Artist" --add-comment "ALBUM=Test Album" \
-            "$dir/c.ogg" synth 60 sine 550 vol 0.5 &&
-        "$DESKTOP_CONVERT" -size 64x64 xc:'#c03020' "$dir/cover.png"
-}
-
-# desktop_start_player NAME FILE...: mpv with its MPRIS plugin playing the files on the sound
-# server, without a window. Waits until it is on the session bus; its bus name is in
-# PLAYER_BUS_NAME, its pid in PLAYER_PID. mpv names itself org.mpris.MediaPlayer2.mpv, and
-# ...mpv.instance<pid> when that name is taken.
-desktop_start_player() {
-    local name=$1
-    shift
-    desktop_spawn "$name" mpv --no-config --script=/usr/lib/mpv-mpris/mpris.so --no-video \
-        --ao=pulse --idle=no --no-terminal "$@"
-    PLAYER_PID=$DESKTOP_LAST_PID
-    wait_until 10 "$name on the session bus" desktop_player_named "$PLAYER_PID" || return 1
-    PLAYER_BUS_NAME=$(desktop_player_named "$PLAYER_PID")
-}
-
-# desktop_player_named PID: the MPRIS bus name owned by the process PID.
-desktop_player_named() {
-    local name pid
-    for name in $(desktop_bus_call ListNames | grep -o 'org\.mpris\.MediaPlayer2\.[A-Za-z0-9_.-]*'); do
-        pid=$(desktop_bus_call GetConnectionUnixProcessID "$name" | grep -o '[0-9][0-9]*' | tail -n 1)
-        if [ "$pid" = "$1" ]; then
-            echo "$name"
-            return 0
-        fi
-    done
-    return 1
-}
-
-desktop_bus_call() {
-    local method=$1
-    shift
-    gdbus call --session --dest org.freedesktop.DBus --object-path /org/freedesktop/DBus \
-        --method "org.freedesktop.DBus.$method" "$@" 2>/dev/null
-}
-
 # --- Navro -------------------------------------------------------------------------------------
 
 # navro_settings KEY=VALUE...: the settings file Navro reads at start ([General] of QSettings).
@@ -278,6 +202,12 @@ navro_field_is() {
 # timer_field_is NAME VALUE: a field of the Timer property.
 timer_field_is() {
     [ "$(navro_field "$1" Timer)" = "$2" ]
+}
+
+# now_playing_field_is NAME VALUE: a field of the NowPlaying property (empty while nothing
+# plays).
+now_playing_field_is() {
+    [ "$(navro_field "$1" NowPlaying)" = "$2" ]
 }
 
 navro_call() {
@@ -560,4 +490,57 @@ desktop_start_notifications() {
 CONFIG
     desktop_spawn dunst dunst -config "$DESKTOP_DIR/dunstrc"
     wait_until 10 "the notification daemon" bus_has_name org.freedesktop.Notifications
+}
+
+# --- A media player ----------------------------------------------------------------------------
+
+# desktop_make_music DIR: three tagged tracks of a minute each (a.ogg, b.ogg, c.ogg) and a
+# one-colour cover.png (C03020) beside them, as a music folder has.
+desktop_make_music() {
+    local dir=$1
+    mkdir -p "$dir"
+    sox -n -r 48000 -c 2 --comment "" --add-comment "TITLE=First Song" \
+        --add-comment "ARTIST=Test Artist" --add-comment "ALBUM=Test Album" \
+        "$dir/a.ogg" synth 60 sine 440 vol 0.5 &&
+        sox -n -r 48000 -c 2 --comment "" --add-comment "TITLE=Second Song" \
+            --add-comment "ARTIST=Other Artist" --add-comment "ALBUM=Test Album" \
+            "$dir/b.ogg" synth 60 sine 660 vol 0.5 &&
+        sox -n -r 48000 -c 2 --comment "" --add-comment "TITLE=Third Song" \
+            --add-comment "ARTIST=Test Artist" --add-comment "ALBUM=Test Album" \
+            "$dir/c.ogg" synth 60 sine 550 vol 0.5 &&
+        "$DESKTOP_CONVERT" -size 64x64 xc:'#c03020' "$dir/cover.png"
+}
+
+# desktop_start_player NAME FILE...: mpv with its MPRIS plugin playing the files on the sound
+# server, without a window. Waits until it is on the session bus; its bus name is in
+# PLAYER_BUS_NAME, its pid in PLAYER_PID. mpv names itself org.mpris.MediaPlayer2.mpv, and
+# ...mpv.instance<pid> when that name is taken.
+desktop_start_player() {
+    local name=$1
+    shift
+    desktop_spawn "$name" mpv --no-config --script=/usr/lib/mpv-mpris/mpris.so --no-video \
+        --ao=pulse --idle=no --no-terminal "$@"
+    PLAYER_PID=$DESKTOP_LAST_PID
+    wait_until 10 "$name on the session bus" desktop_player_named "$PLAYER_PID" || return 1
+    PLAYER_BUS_NAME=$(desktop_player_named "$PLAYER_PID")
+}
+
+# desktop_player_named PID: the MPRIS bus name owned by the process PID.
+desktop_player_named() {
+    local name pid
+    for name in $(desktop_bus_call ListNames | grep -o 'org\.mpris\.MediaPlayer2\.[A-Za-z0-9_.-]*'); do
+        pid=$(desktop_bus_call GetConnectionUnixProcessID "$name" | grep -o '[0-9][0-9]*' | tail -n 1)
+        if [ "$pid" = "$1" ]; then
+            echo "$name"
+            return 0
+        fi
+    done
+    return 1
+}
+
+desktop_bus_call() {
+    local method=$1
+    shift
+    gdbus call --session --dest org.freedesktop.DBus --object-path /org/freedesktop/DBus \
+        --method "org.freedesktop.DBus.$method" "$@" 2>/dev/null
 }
