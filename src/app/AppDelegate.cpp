@@ -197,9 +197,10 @@ void AppDelegate::noteNowPlayingChanged()
     if (!info) {
         nowPlayingSnapshot_.reset();
     } else {
-        nowPlayingSnapshot_ = RemoteNowPlaying{
-            nowPlaying_->title(), nowPlaying_->artist(),     nowPlaying_->album(),
-            nowPlaying_->appName(), info->rate > 0, nowPlaying_->elapsedNow(), info->duration};
+        nowPlayingSnapshot_ = RemoteNowPlaying{nowPlaying_->title(), nowPlaying_->artist(),
+                                               nowPlaying_->album(), nowPlaying_->appName(),
+                                               info->rate > 0,       nowPlaying_->elapsedNow(),
+                                               info->duration};
     }
     if (remote_)
         remote_->nowPlayingChanged();

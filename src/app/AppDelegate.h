@@ -70,7 +70,10 @@ public:
     RemoteTimer remoteTimer() const override;
     bool startTimer(double minutes, bool focus) override;
     void stopTimer() override;
-    std::optional<RemoteNowPlaying> remoteNowPlaying() const override { return nowPlayingSnapshot_; }
+    std::optional<RemoteNowPlaying> remoteNowPlaying() const override
+    {
+        return nowPlayingSnapshot_;
+    }
 
 private:
     // StatusItemHost

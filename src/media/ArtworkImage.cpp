@@ -21,7 +21,8 @@ QImage decodeArtwork(const QByteArray& bytes)
         return {};
     // Formats that cannot scale while decoding are scaled afterwards.
     if (image.width() > artworkSide || image.height() > artworkSide)
-        image = image.scaled(artworkSide, artworkSide, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+        image =
+            image.scaled(artworkSide, artworkSide, Qt::KeepAspectRatio, Qt::SmoothTransformation);
     return image;
 }
 

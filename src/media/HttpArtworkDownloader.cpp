@@ -34,23 +34,22 @@ void HttpArtworkDownloader::download(const QUrl& url, QObject* context, Done don
         }
     });
     QPointer<QObject> alive(context);
-    QObject::connect(reply, &QNetworkReply::finished, reply,
-                     [reply, alive, shown, done = std::move(done)] {
-                         reply->deleteLater();
-                         if (!alive)
-                             return;
-                         if (reply->error() != QNetworkReply::NoError) {
-                             const std::string reason =
-                                 reply->property("tooLarge").toBool()
-                                     ? std::string("larger than any cover")
-                                     : excerptForLog(reply->errorString().toStdString());
-                             logLine(LogChannel::nowPlaying,
-                                     "could not download the artwork " + shown + ": " + reason);
-                             done(std::nullopt);
-                             return;
-                         }
-                         done(reply->readAll());
-                     });
+    QObject::connect(
+        reply, &QNetworkReply::finished, reply, [reply, alive, shown, done = std::move(done)] {
+            reply->deleteLater();
+            if (!alive)
+                return;
+            if (reply->error() != QNetworkReply::NoError) {
+                const std::string reason = reply->property("tooLarge").toBool()
+                                               ? std::string("larger than any cover")
+                                               : excerptForLog(reply->errorString().toStdString());
+                logLine(LogChannel::nowPlaying,
+                        "could not download the artwork " + shown + ": " + reason);
+                done(std::nullopt);
+                return;
+            }
+            done(reply->readAll());
+        });
 }
 
 } // namespace navro

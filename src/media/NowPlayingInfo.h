@@ -17,4 +17,4 @@ struct NowPlayingInfo {
 // The position at t: extrapolated while rate > 0 and a timestamp is known, then no later than
 // duration when duration > 0, then no earlier than 0. 0 without info.
 double elapsedAt(const std::optional<NowPlayingInfo>& info, WallTime t);
-}
+} // namespace navro

@@ -171,8 +171,7 @@ void NowPlayingService::handle(QByteArrayView line)
         return;
     const QJsonObject object = document.object();
 
-    if (const QJsonValue scriptError = object.value(QLatin1String("error"));
-        scriptError.isString())
+    if (const QJsonValue scriptError = object.value(QLatin1String("error")); scriptError.isString())
         logLine(LogChannel::nowPlayingScript, excerptForLog(scriptError.toString().toStdString()));
 
     player_ = object.value(QLatin1String("player")).toString();
@@ -377,17 +376,18 @@ void NowPlayingService::fetchRemoteArtworkIfNeeded()
     if (remoteArtworkKey_ == key)
         return;
     remoteArtworkKey_ = key;
-    downloader_.download(QUrl(remoteArtworkUrl_), this, [this, key](std::optional<QByteArray> body) {
-        const QImage image = body ? decodeArtwork(*body) : QImage();
-        if (image.isNull()) {
-            if (remoteArtworkKey_ == key)
-                remoteArtworkKey_.reset();
-            return;
-        }
-        remoteArtworkCache_.insert(key, image);
-        if (info_ && remoteArtworkKey(*info_) == key)
-            setArtwork(image);
-    });
+    downloader_.download(QUrl(remoteArtworkUrl_), this,
+                         [this, key](std::optional<QByteArray> body) {
+                             const QImage image = body ? decodeArtwork(*body) : QImage();
+                             if (image.isNull()) {
+                                 if (remoteArtworkKey_ == key)
+                                     remoteArtworkKey_.reset();
+                                 return;
+                             }
+                             remoteArtworkCache_.insert(key, image);
+                             if (info_ && remoteArtworkKey(*info_) == key)
+                                 setArtwork(image);
+                         });
 }
 
 } // namespace navro

@@ -14,7 +14,13 @@ namespace navro {
 class NowPlayingWatcher {
 public:
     // The transport commands by the numbers the lines' consumers know them by.
-    enum class Command { play = 0, pause = 1, togglePlayPause = 2, nextTrack = 4, previousTrack = 5 };
+    enum class Command {
+        play = 0,
+        pause = 1,
+        togglePlayPause = 2,
+        nextTrack = 4,
+        previousTrack = 5
+    };
 
     struct Handlers {
         std::function<void(const QByteArray&)> output;      // a chunk of standard output

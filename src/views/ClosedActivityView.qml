@@ -246,7 +246,7 @@ Item {
         id: musicLeading
         Item {
             Rectangle {
-                anchors.verticalCenter: parent.verticalCenter
+                anchors { left: parent.left; verticalCenter: parent.verticalCenter }
                 width: Theme.closedIconSize + 2
                 height: width
                 radius: 4

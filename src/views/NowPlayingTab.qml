@@ -180,55 +180,6 @@ FocusScope {
                 horizontalAlignment: Text.AlignLeft
             }
 
-            // The player: a click (or Space) brings it forward.
-            Item {
-                id: player
-                width: Math.min(parent.width, playerRow.implicitWidth + 12)
-                height: 24
-                activeFocusOnTab: true
-                Keys.onSpacePressed: nowPlaying.openPlayerApp()
-                Keys.onReturnPressed: nowPlaying.openPlayerApp()
-                Accessible.role: Accessible.Button
-                Accessible.name: (tab.arabic ? "افتح " : "Open ") + nowPlaying.appName
-                Accessible.onPressAction: nowPlaying.openPlayerApp()
-
-                Rectangle {
-                    anchors.fill: parent
-                    radius: Theme.controlRadius
-                    color: playerMouse.containsMouse ? Theme.notchControl : "transparent"
-                    border.width: player.activeFocus ? 2 : 0
-                    border.color: tab.tint
-                }
-                Row {
-                    id: playerRow
-                    anchors { left: parent.left; leftMargin: 6; verticalCenter: parent.verticalCenter }
-                    spacing: 6
-                    Image {
-                        anchors.verticalCenter: parent.verticalCenter
-                        width: 16
-                        height: 16
-                        source: nowPlaying.appIconUrl
-                        sourceSize: Qt.size(32, 32)
-                        visible: source != ""
-                    }
-                    Text {
-                        anchors.verticalCenter: parent.verticalCenter
-                        width: Math.min(implicitWidth, details.width - 40)
-                        text: nowPlaying.appName
-                        color: Theme.notchSecondaryText
-                        font.family: Theme.fontFamily
-                        font.pixelSize: Theme.smallSize
-                        elide: Text.ElideRight
-                    }
-                }
-                MouseArea {
-                    id: playerMouse
-                    anchors.fill: parent
-                    hoverEnabled: true
-                    cursorShape: Qt.PointingHandCursor
-                    onClicked: nowPlaying.openPlayerApp()
-                }
-            }
         }
 
         // Position: elapsed, the bar, remaining.
@@ -372,6 +323,59 @@ FocusScope {
                 symbol: "forward.fill"
                 toolTip: tab.arabic ? "التالي" : "Next"
                 onClicked: nowPlaying.nextTrack()
+            }
+        }
+
+        // The player, beside the controls: a click (or Space) brings it forward.
+        Item {
+            id: player
+            anchors { left: details.left; verticalCenter: controls.verticalCenter }
+            // What is left beside the centred controls.
+            readonly property real room: (progress.width - controls.width) / 2 - 8
+            width: Math.min(room, playerRow.implicitWidth + 12)
+            height: 24
+            activeFocusOnTab: true
+            Keys.onSpacePressed: nowPlaying.openPlayerApp()
+            Keys.onReturnPressed: nowPlaying.openPlayerApp()
+            Accessible.role: Accessible.Button
+            Accessible.name: (tab.arabic ? "افتح " : "Open ") + nowPlaying.appName
+            Accessible.onPressAction: nowPlaying.openPlayerApp()
+
+            Rectangle {
+                anchors.fill: parent
+                radius: Theme.controlRadius
+                color: playerMouse.containsMouse ? Theme.notchControl : "transparent"
+                border.width: player.activeFocus ? 2 : 0
+                border.color: tab.tint
+            }
+            Row {
+                id: playerRow
+                anchors { left: parent.left; leftMargin: 6; verticalCenter: parent.verticalCenter }
+                spacing: 6
+                Image {
+                    anchors.verticalCenter: parent.verticalCenter
+                    width: 16
+                    height: 16
+                    source: nowPlaying.appIconUrl
+                    sourceSize: Qt.size(32, 32)
+                    visible: source != ""
+                }
+                Text {
+                    anchors.verticalCenter: parent.verticalCenter
+                    width: Math.min(implicitWidth, player.room - 34)
+                    text: nowPlaying.appName
+                    color: Theme.notchSecondaryText
+                    font.family: Theme.fontFamily
+                    font.pixelSize: Theme.smallSize
+                    elide: Text.ElideRight
+                }
+            }
+            MouseArea {
+                id: playerMouse
+                anchors.fill: parent
+                hoverEnabled: true
+                cursorShape: Qt.PointingHandCursor
+                onClicked: nowPlaying.openPlayerApp()
             }
         }
     }

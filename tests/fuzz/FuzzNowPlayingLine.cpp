@@ -16,8 +16,8 @@ namespace {
 struct Harness {
     Harness() : settings(store, [] { return QStringList{"en"}; })
     {
-        service = std::make_unique<navro::NowPlayingService>(clock, settings, watcher,
-                                                             applications, downloader);
+        service = std::make_unique<navro::NowPlayingService>(clock, settings, watcher, applications,
+                                                             downloader);
         service->start();
     }
 

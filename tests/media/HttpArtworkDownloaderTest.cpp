@@ -1,7 +1,6 @@
-#include "media/ArtworkDownloader.h"
-
 #include "QtTestApplication.h"
 #include "app/Log.h"
+#include "media/ArtworkDownloader.h"
 
 #include <QTcpServer>
 #include <QTcpSocket>
@@ -91,7 +90,8 @@ TEST(HttpArtworkDownloader, AnswersWithTheBodyOrNothingAndSaysWhy)
         ASSERT_TRUE(failed.done) << path;
         EXPECT_FALSE(failed.body) << path;
     }
-    EXPECT_TRUE(log.contains("Navro Now Playing: could not download the artwork http://127.0.0.1:"));
+    EXPECT_TRUE(
+        log.contains("Navro Now Playing: could not download the artwork http://127.0.0.1:"));
     EXPECT_EQ(log.lines.size(), 3u);
 
     const Result local = fetch(downloader, QUrl("file:///etc/passwd"), &context);

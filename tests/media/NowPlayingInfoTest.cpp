@@ -7,8 +7,7 @@ namespace {
 
 const WallTime now(std::chrono::hours(24 * 365 * 56));
 
-NowPlayingInfo track(double elapsed, double rate, double duration,
-                     std::optional<double> secondsAgo)
+NowPlayingInfo track(double elapsed, double rate, double duration, std::optional<double> secondsAgo)
 {
     NowPlayingInfo info;
     info.title = "Song";

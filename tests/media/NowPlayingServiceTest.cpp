@@ -47,8 +47,8 @@ struct Fixture {
                                                             QStringLiteral("مشغل mpv")};
         applications.icons[QStringLiteral("mpv")] = solidImage(Qt::magenta);
         applications.applications[QStringLiteral("firefox")] = {QStringLiteral("Firefox"), {}};
-        service = std::make_unique<NowPlayingService>(clock, settings, watcher, applications,
-                                                      downloader);
+        service =
+            std::make_unique<NowPlayingService>(clock, settings, watcher, applications, downloader);
         QObject::connect(service.get(), &NowPlayingService::infoChanged, [this] {
             titles << (service->info() ? QString::fromStdString(service->info()->title)
                                        : QStringLiteral("-"));
@@ -143,8 +143,8 @@ TEST(NowPlayingService, WhatIsNotAnObjectIsIgnored)
 {
     Fixture f;
     f.feed(playing);
-    for (const char* junk : {"", "not json", "[1,2]", "\"title\"", "42", "null", "{\"title\":",
-                             "{\"title\":\"x\"} trailing"})
+    for (const char* junk : {"", "not json", "[1,2]", "\"title\"", "42", "null",
+                             "{\"title\":", "{\"title\":\"x\"} trailing"})
         f.feed(junk);
     ASSERT_TRUE(f.service->info());
     EXPECT_EQ(f.service->info()->title, "First Song");
@@ -275,10 +275,9 @@ TEST(NowPlayingService, SeekNextPreviousAndOpenGoToTheReportedPlayer)
     f.service->nextTrack();
     f.service->previousTrack();
     f.service->seek(std::numeric_limits<double>::quiet_NaN());
-    EXPECT_EQ(f.watcher.commands,
-              (QStringList{"seek 83.456 org.mpris.MediaPlayer2.mpv",
-                           "send 4 org.mpris.MediaPlayer2.mpv",
-                           "send 5 org.mpris.MediaPlayer2.mpv"}));
+    EXPECT_EQ(f.watcher.commands, (QStringList{"seek 83.456 org.mpris.MediaPlayer2.mpv",
+                                               "send 4 org.mpris.MediaPlayer2.mpv",
+                                               "send 5 org.mpris.MediaPlayer2.mpv"}));
 
     f.service->openPlayerApp();
     EXPECT_TRUE(f.applications.launched.isEmpty()) << "a player that raises is not started";

@@ -19,7 +19,7 @@ QImage DesktopPlayerApplications::icon(const QString& id)
     if (!entry || entry->icon.isEmpty())
         return {};
     const QIcon icon = entry->icon.startsWith(QLatin1Char('/')) ? QIcon(entry->icon)
-                                                                 : QIcon::fromTheme(entry->icon);
+                                                                : QIcon::fromTheme(entry->icon);
     if (icon.isNull())
         return {};
     return icon.pixmap(iconSide, iconSide).toImage();

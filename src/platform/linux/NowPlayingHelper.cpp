@@ -81,8 +81,7 @@ void NowPlayingHelper::send(Command command, const QString& player)
 
 void NowPlayingHelper::seek(double seconds, const QString& player)
 {
-    runOnce({QStringLiteral("seek"),
-             QString::number(seconds, 'g', QLocale::FloatingPointShortest)},
+    runOnce({QStringLiteral("seek"), QString::number(seconds, 'g', QLocale::FloatingPointShortest)},
             player, nullptr);
 }
 
