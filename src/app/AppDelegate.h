@@ -18,9 +18,9 @@ namespace navro {
 
 class ActivityCenter;
 class AppActions;
+class AppSettings;
 class ArtworkDownloader;
 class DesktopEntries;
-class AppSettings;
 class DesktopNotifier;
 class HotKey;
 class LaunchAtLogin;

@@ -134,8 +134,13 @@ void NowPlayingService::logErrorOutput(const QByteArray& chunk)
     const QString text = decoder.decode(chunk);
     if (decoder.hasError())
         return;
-    for (const QString& line : text.split(QLatin1Char('\n'), Qt::SkipEmptyParts))
+    for (const QString& line : text.split(QLatin1Char('\n'), Qt::SkipEmptyParts)) {
+        // A watcher that fails the same way at every restart says so once.
+        if (line == lastErrorLine_)
+            continue;
+        lastErrorLine_ = line;
         logLine(LogChannel::nowPlaying, excerptForLog(line.toStdString()));
+    }
 }
 
 void NowPlayingService::ingest(const QByteArray& chunk)
@@ -147,10 +152,13 @@ void NowPlayingService::ingest(const QByteArray& chunk)
         const qsizetype end = buffer_.indexOf('\n', searchFrom);
         if (end < 0)
             break;
-        if (discardingLine_)
+        if (discardingLine_) {
             discardingLine_ = false;
-        else
+        } else {
+            // It works again: a failure that comes back is news.
+            lastErrorLine_.clear();
             handle(QByteArrayView(buffer_).sliced(lineStart, end - lineStart));
+        }
         lineStart = searchFrom = end + 1;
     }
     buffer_.remove(0, lineStart);

@@ -120,6 +120,7 @@ private:
     quint64 appIconSerial_ = 0;
 
     QByteArray buffer_;
+    QString lastErrorLine_;
     bool discardingLine_ = false;
     bool stopping_ = false;
     // From the last line: the player's own name, its id for the commands, a cover on the web.

@@ -98,10 +98,8 @@ public:
     {
         requests.push_back({url, std::move(done)});
     }
-    void answer(std::size_t index, std::optional<QByteArray> body)
-    {
-        requests.at(index).done(std::move(body));
-    }
+    void answer(std::size_t index, const QByteArray& body) { requests.at(index).done(body); }
+    void fail(std::size_t index) { requests.at(index).done(std::nullopt); }
 
     struct Request {
         QUrl url;

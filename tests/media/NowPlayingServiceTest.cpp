@@ -187,6 +187,21 @@ TEST(NowPlayingService, ScriptErrorsAndStandardErrorAreLoggedWithTheirPrefixes)
     EXPECT_EQ(log.lines.size(), before) << "standard error that is not UTF-8 is not logged";
 }
 
+TEST(NowPlayingService, AFailureRepeatedAtEveryRestartIsLoggedOnce)
+{
+    Fixture f;
+    CapturingLogSink log;
+    for (int restart = 0; restart < 5; ++restart) {
+        f.watcher.printError("could not connect to the session bus: No such file or directory\n");
+        f.watcher.exit();
+        f.clock.advance(3s);
+    }
+    EXPECT_EQ(log.lines.size(), 1u);
+    f.feed(playing);
+    f.watcher.printError("could not connect to the session bus: No such file or directory\n");
+    EXPECT_EQ(log.lines.size(), 2u) << "after it worked again, the failure is news";
+}
+
 TEST(NowPlayingService, ArtworkIsDecodedTintedAndResetOnANewTitle)
 {
     Fixture f;
@@ -377,7 +392,7 @@ TEST(NowPlayingService, AFailedDownloadIsTriedAgainByALaterLine)
     const QByteArray lineWithUrl =
         R"({"title":"One","artist":"Ann","rate":1,"artUrl":"https://covers.example/1"})";
     f.feed(lineWithUrl);
-    f.downloader.answer(0, std::nullopt);
+    f.downloader.fail(0);
     EXPECT_TRUE(f.service->artwork().isNull());
     f.feed(lineWithUrl);
     ASSERT_EQ(f.downloader.requests.size(), 2u);

@@ -12,6 +12,11 @@ struct ChoiceCase {
     std::optional<std::string> expected;
 };
 
+void PrintTo(const ChoiceCase& c, std::ostream* out)
+{
+    *out << c.name;
+}
+
 class PlayerChoiceTest : public ::testing::TestWithParam<ChoiceCase> {};
 
 TEST_P(PlayerChoiceTest, ReportsTheRightPlayer)

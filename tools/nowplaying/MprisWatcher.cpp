@@ -8,6 +8,7 @@
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <string_view>
 #include <unistd.h>
 
 namespace navro {
@@ -27,9 +28,8 @@ void warn(const std::string& message)
     std::fprintf(stderr, "%s\n", message.c_str());
 }
 
-} // namespace
-
-bool StandardOutput::write(std::string_view line)
+// The whole line, or false when the reader is gone.
+bool writeLine(std::string_view line)
 {
     while (!line.empty()) {
         const ssize_t written = ::write(STDOUT_FILENO, line.data(), line.size());
@@ -43,7 +43,9 @@ bool StandardOutput::write(std::string_view line)
     return true;
 }
 
-MprisWatcher::MprisWatcher(SessionBus& bus, LineOutput& output) : bus_(bus), output_(output) {}
+} // namespace
+
+MprisWatcher::MprisWatcher(SessionBus& bus) : bus_(bus) {}
 
 MprisWatcher::~MprisWatcher()
 {
@@ -271,7 +273,7 @@ void MprisWatcher::publish()
         report.artworkBytes = coverBytes(player);
     }
     if (const auto line = printer_.next(report))
-        if (!output_.write(*line))
+        if (!writeLine(*line))
             outputClosed_ = true;
 }
 

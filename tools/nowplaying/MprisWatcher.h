@@ -1,6 +1,5 @@
 #pragma once
 
-#include "nowplaying/LineOutput.h"
 #include "nowplaying/MprisPlayer.h"
 #include "nowplaying/PlayerChoice.h"
 #include "nowplaying/SessionBus.h"
@@ -17,13 +16,13 @@ namespace navro {
 // never polled; Navro extrapolates it in between.
 class MprisWatcher {
 public:
-    MprisWatcher(SessionBus& bus, LineOutput& output);
+    explicit MprisWatcher(SessionBus& bus);
     ~MprisWatcher();
     MprisWatcher(const MprisWatcher&) = delete;
     MprisWatcher& operator=(const MprisWatcher&) = delete;
 
-    // Subscribes, reads the players already there and prints the first line. Runs until the bus
-    // is lost or the output closes; returns the exit status.
+    // Subscribes, reads the players already there and prints the first line on standard output.
+    // Runs until the bus is lost or the reader of the output is gone; returns the exit status.
     int run();
 
 private:
@@ -40,7 +39,6 @@ private:
     std::optional<std::string> coverBytes(const MprisPlayer& player);
 
     SessionBus& bus_;
-    LineOutput& output_;
     sd_bus_slot* slots_[3] = {};
     std::map<std::string, MprisPlayer> players_;
     PlayerChoice choice_;

@@ -44,8 +44,7 @@ int watch()
         std::fprintf(stderr, "%s\n", failure.c_str());
         return 1;
     }
-    navro::StandardOutput output;
-    navro::MprisWatcher watcher(*bus, output);
+    navro::MprisWatcher watcher(*bus);
     return watcher.run();
 }
 
