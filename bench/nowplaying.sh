@@ -66,7 +66,7 @@ events() {
 
 latencies=()
 for run in $(seq "$runs"); do
-    expected=$([ "$(now_playing_field playing)" = true ] && echo false || echo true)
+    expected=$([ "$(navro_field playing NowPlaying)" = true ] && echo false || echo true)
     sent=$EPOCHREALTIME
     playerctl -p "$player" play-pause
     wait_until 5 "NowPlaying playing $expected" now_playing_field_is playing "$expected" || exit 1
@@ -93,7 +93,7 @@ echo "  (of the first: PlayPause on the bus -> mpv's PropertiesChanged: $(summar
 echo "   the rest is playerctl starting and finding the player)"
 
 # Make sure it plays for what follows.
-[ "$(now_playing_field playing)" = true ] || playerctl -p "$player" play
+[ "$(navro_field playing NowPlaying)" = true ] || playerctl -p "$player" play
 wait_until 5 "playing" now_playing_field_is playing true
 
 measure_cpu() {
