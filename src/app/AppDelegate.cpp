@@ -2,6 +2,7 @@
 
 #include "app/AppActions.h"
 #include "app/AppSettings.h"
+#include "app/DesktopNotifier.h"
 #include "app/FileAccess.h"
 #include "app/HotKey.h"
 #include "app/IconImageProvider.h"
@@ -10,16 +11,27 @@
 #include "app/OnboardingFinish.h"
 #include "app/QSettingsStore.h"
 #include "app/QmlWindowHost.h"
+#include "app/Shell.h"
+#include "app/SoundPlayer.h"
 #include "data/ClipboardHistoryModel.h"
 #include "data/ClipboardImageProvider.h"
 #include "data/ClipboardStore.h"
 #include "data/FrontmostApplication.h"
 #include "data/Pasteboard.h"
+#include "data/NotesStore.h"
+#include "data/SleepPreventer.h"
+#include "data/TimerService.h"
+#include "media/ArtworkDownloader.h"
+#include "media/NowPlayingImageProvider.h"
+#include "media/NowPlayingService.h"
 #include "notch/ActivityCenter.h"
 #include "notch/NotchViewModel.h"
 #include "notch/NotchWindowController.h"
 #include "notch/PanelWindowSystem.h"
+#include "platform/linux/DesktopEntries.h"
+#include "platform/linux/DesktopPlayerApplications.h"
 #include "platform/linux/LinuxSystemTimeEvents.h"
+#include "platform/linux/NowPlayingHelper.h"
 #include "prayer/PrayerService.h"
 
 #include <QApplication>
@@ -83,6 +95,7 @@ void AppDelegate::start()
 
     timeEvents_ = std::make_unique<LinuxSystemTimeEvents>();
     prayer_ = std::make_unique<PrayerService>(*settings_, clock_, *timeEvents_);
+    startNowPlaying();
     pasteboard_ = makeSystemPasteboard();
     frontmost_ = makeFrontmostApplication();
     clipboard_ = std::make_unique<ClipboardStore>(*settings_, clock_, *pasteboard_, *frontmost_,
@@ -97,6 +110,19 @@ void AppDelegate::start()
         const bool arabic = settings_->isArabic();
         activityCenter_->showToast(
             ActivityCenter::makeToast("doc.on.clipboard", arabic ? "نُسخ" : "Copied", ""), 1.5);
+    });
+    shell_ = std::make_unique<Shell>();
+    sleepPreventer_ = makeSleepPreventer();
+    sound_ = makeSoundPlayer();
+    timer_ = std::make_unique<TimerService>(*settings_, clock_, *sleepPreventer_, *sound_, *shell_,
+                                            dataFolder() / "Shortcuts");
+    connect(timer_.get(), &TimerService::stateChanged, activityCenter_.get(),
+            [this] { activityCenter_->setTimerState(timer_->state()); });
+    notifier_ = makeDesktopNotifier();
+    notes_ = std::make_unique<NotesStore>(clock_, *settings_, *timeEvents_, *notifier_);
+    connect(nowPlaying_.get(), &NowPlayingService::infoChanged, activityCenter_.get(), [this] {
+        const auto& info = nowPlaying_->info();
+        activityCenter_->setPlaybackRate(info ? std::optional(info->rate) : std::nullopt);
     });
     notchModel_ = std::make_unique<NotchViewModel>(clock_, *settings_);
     notchModel_->mirror(*activityCenter_);
@@ -160,7 +186,41 @@ void AppDelegate::start()
     connect(settings_.get(), &AppSettings::isArabicChanged, this, &AppDelegate::publishState);
     connect(notch_.get(), &NotchWindowController::visibilityChanged, this,
             &AppDelegate::publishState);
+    connect(timer_.get(), &TimerService::stateChanged, this, [this] {
+        if (remote_)
+            remote_->timerChanged();
+    });
     publishState();
+    connect(nowPlaying_.get(), &NowPlayingService::infoChanged, this,
+            &AppDelegate::noteNowPlayingChanged);
+    noteNowPlayingChanged();
+}
+
+void AppDelegate::startNowPlaying()
+{
+    desktopEntries_ = std::make_unique<DesktopEntries>();
+    playerApplications_ = std::make_unique<DesktopPlayerApplications>(*desktopEntries_);
+    nowPlayingWatcher_ = std::make_unique<NowPlayingHelper>();
+    artworkDownloader_ = std::make_unique<HttpArtworkDownloader>();
+    nowPlaying_ = std::make_unique<NowPlayingService>(clock_, *settings_, *nowPlayingWatcher_,
+                                                      *playerApplications_, *artworkDownloader_);
+    nowPlaying_->start();
+}
+
+// The bus shows the track as it was at its last change, with the position of that moment.
+void AppDelegate::noteNowPlayingChanged()
+{
+    const auto& info = nowPlaying_->info();
+    if (!info) {
+        nowPlayingSnapshot_.reset();
+    } else {
+        nowPlayingSnapshot_ = RemoteNowPlaying{nowPlaying_->title(), nowPlaying_->artist(),
+                                               nowPlaying_->album(), nowPlaying_->appName(),
+                                               info->rate > 0,       nowPlaying_->elapsedNow(),
+                                               info->duration};
+    }
+    if (remote_)
+        remote_->nowPlayingChanged();
 }
 
 MenuBarActions AppDelegate::menuBarActions()
@@ -201,6 +261,11 @@ void AppDelegate::setUpEngine()
     context->setContextProperty(QStringLiteral("clipboardHistory"), clipboardHistory_.get());
     engine_->addImageProvider(QStringLiteral("clipboard"),
                               new ClipboardImageProvider(clipboard_->imagesFolder()));
+    context->setContextProperty(QStringLiteral("timerService"), timer_.get());
+    context->setContextProperty(QStringLiteral("notes"), notes_.get());
+    context->setContextProperty(QStringLiteral("nowPlaying"), nowPlaying_.get());
+    engine_->addImageProvider(QStringLiteral("nowplaying"),
+                              new NowPlayingImageProvider(nowPlaying_->images()));
 }
 
 void AppDelegate::setUpStatusItem()
@@ -234,14 +299,23 @@ void AppDelegate::shutdown()
     if (isShutDown_)
         return;
     isShutDown_ = true;
-    // Nothing records, plays or keeps the machine awake yet; what exists lets go of what other
-    // programs can see: the bus name, the key grab, the tray item.
     if (onboardingFinish_)
         onboardingFinish_->interrupt();
+    if (nowPlaying_)
+        nowPlaying_->stop();
+    // The timer ends its session (the focus-off action included) and lets the display sleep.
+    // The preventer itself goes with the delegate, waiting briefly until the desktop has its
+    // hold back.
+    if (timer_)
+        timer_->shutDown();
+    // Then what other programs can see goes: the bus name, the key grab, the tray item.
     remote_.reset();
     hotKey_.reset();
     if (statusItem_)
         statusItem_->hide();
+    // The last keystrokes of the note are still waiting for their write.
+    if (notes_)
+        notes_->flushPendingSave();
     if (store_)
         store_->sync();
 }
@@ -316,6 +390,29 @@ RemoteState AppDelegate::remoteState() const
     state.panelVisible = notchPanelVisible();
     state.language = settings_->isArabic() ? QStringLiteral("arabic") : QStringLiteral("english");
     return state;
+}
+
+RemoteTimer AppDelegate::remoteTimer() const
+{
+    RemoteTimer timer;
+    if (timer_) {
+        timer.state = timer_->stateRaw();
+        timer.remaining = timer_->remaining(clock_.now());
+        timer.total = timer_->total();
+        timer.focus = timer_->isFocus();
+    }
+    return timer;
+}
+
+bool AppDelegate::startTimer(double minutes, bool focus)
+{
+    return timer_ && timer_->start(minutes, focus);
+}
+
+void AppDelegate::stopTimer()
+{
+    if (timer_)
+        timer_->stop();
 }
 
 void AppDelegate::publishState()

@@ -19,20 +19,31 @@ namespace navro {
 class ActivityCenter;
 class AppActions;
 class AppSettings;
+class ArtworkDownloader;
 class ClipboardHistoryModel;
 class ClipboardStore;
+class DesktopEntries;
+class DesktopNotifier;
 class FrontmostApplication;
 class HotKey;
 class LaunchAtLogin;
 class NotchViewModel;
 class NotchWindowController;
+class NotesStore;
+class NowPlayingService;
+class NowPlayingWatcher;
 class OnboardingFinish;
 class PanelWindowSystem;
 class Pasteboard;
+class PlayerApplications;
 class PrayerService;
 class SystemTimeEvents;
 class QSettingsStore;
 class QmlWindowHost;
+class Shell;
+class SleepPreventer;
+class SoundPlayer;
+class TimerService;
 
 // The one composition root: builds every long-lived object in start-up order, wires them
 // together, hands them to the views, and winds them down at the end.
@@ -61,6 +72,13 @@ public:
     void openSettings(const QString& page) override { showSettings(page); }
     bool openTab(const QString& tab) override;
     RemoteState remoteState() const override;
+    RemoteTimer remoteTimer() const override;
+    bool startTimer(double minutes, bool focus) override;
+    void stopTimer() override;
+    std::optional<RemoteNowPlaying> remoteNowPlaying() const override
+    {
+        return nowPlayingSnapshot_;
+    }
 
 private:
     // StatusItemHost
@@ -77,6 +95,8 @@ private:
     void setUpHotKey();
     void finishOnboarding();
     void publishState();
+    void startNowPlaying();
+    void noteNowPlayingChanged();
     bool notchPanelVisible() const;
 
     QApplication& application_;
@@ -90,12 +110,24 @@ private:
     std::unique_ptr<QmlWindowHost> onboarding_;
     std::unique_ptr<LaunchAtLogin> launchAtLogin_;
     std::unique_ptr<SystemTimeEvents> timeEvents_;
+    std::unique_ptr<DesktopNotifier> notifier_;
     std::unique_ptr<PrayerService> prayer_;
+    std::unique_ptr<DesktopEntries> desktopEntries_;
+    std::unique_ptr<PlayerApplications> playerApplications_;
+    std::unique_ptr<NowPlayingWatcher> nowPlayingWatcher_;
+    std::unique_ptr<ArtworkDownloader> artworkDownloader_;
+    std::unique_ptr<NowPlayingService> nowPlaying_;
+    std::optional<RemoteNowPlaying> nowPlayingSnapshot_;
     std::unique_ptr<Pasteboard> pasteboard_;
     std::unique_ptr<FrontmostApplication> frontmost_;
     std::unique_ptr<ClipboardStore> clipboard_;
     std::unique_ptr<ClipboardHistoryModel> clipboardHistory_;
     std::unique_ptr<ActivityCenter> activityCenter_;
+    std::unique_ptr<Shell> shell_;
+    std::unique_ptr<SleepPreventer> sleepPreventer_;
+    std::unique_ptr<SoundPlayer> sound_;
+    std::unique_ptr<TimerService> timer_;
+    std::unique_ptr<NotesStore> notes_;
     std::unique_ptr<NotchViewModel> notchModel_;
     std::unique_ptr<PanelWindowSystem> panelWindowSystem_;
     std::unique_ptr<NotchWindowController> notch_;

@@ -2,6 +2,7 @@
 
 #include <QString>
 #include <memory>
+#include <optional>
 
 namespace navro {
 
@@ -15,6 +16,25 @@ struct RemoteState {
     QString language = QStringLiteral("english"); // what is shown: "english" or "arabic"
 
     bool operator==(const RemoteState&) const = default;
+};
+
+// The timer as another process sees it.
+struct RemoteTimer {
+    QString state = QStringLiteral("idle"); // "idle", "running", "paused" or "finished"
+    double remaining = 0;                   // seconds left at the moment of reading
+    double total = 0;                       // the session's length in seconds, 0 without one
+    bool focus = false;                     // a focus session
+};
+
+// What another process can read about the track that plays, as it was at its last change.
+struct RemoteNowPlaying {
+    QString title, artist, album;
+    QString app; // the player's name as Navro shows it
+    bool playing = false;
+    double elapsed = 0; // seconds, at the moment of the change
+    double duration = 0;
+
+    bool operator==(const RemoteNowPlaying&) const = default;
 };
 
 // The operations another process may ask of the running Navro; implemented by the application's
@@ -31,6 +51,12 @@ public:
     // nothing changes, when no tab has that id.
     virtual bool openTab(const QString& tab) = 0;
     virtual RemoteState remoteState() const = 0;
+    virtual RemoteTimer remoteTimer() const = 0;
+    // A new timer of `minutes`; false, with nothing changed, when that is no valid length.
+    virtual bool startTimer(double minutes, bool focus) = 0;
+    virtual void stopTimer() = 0;
+    // Nothing while nothing plays.
+    virtual std::optional<RemoteNowPlaying> remoteNowPlaying() const { return std::nullopt; }
 };
 
 // Publishes a RemoteControl to other processes for as long as it lives.
@@ -40,6 +66,11 @@ public:
     // The owner calls this after anything in RemoteState may have changed; the publisher reads
     // remoteState() again and tells listeners only when it really differs.
     virtual void stateChanged() = 0;
+    // The owner calls this on every change of the timer's phase (not on the seconds going by);
+    // listeners hear of each.
+    virtual void timerChanged() = 0;
+    // Likewise for remoteNowPlaying().
+    virtual void nowPlayingChanged() = 0;
 };
 
 // For main(), before anything else is built: when another Navro already runs for this user, asks

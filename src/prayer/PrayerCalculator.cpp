@@ -16,18 +16,6 @@ namespace {
 
 constexpr int ramadanMonthIndex = 8; // ICU counts months from 0
 
-std::unique_ptr<icu::TimeZone> knownZone(const std::string& id)
-{
-    // The system's database first: it follows rule changes that postdate the ICU release.
-    if (auto zone = systemTimeZone(id))
-        return zone;
-    std::unique_ptr<icu::TimeZone> zone(
-        icu::TimeZone::createTimeZone(icu::UnicodeString::fromUTF8(id)));
-    if (!zone || *zone == icu::TimeZone::getUnknown())
-        return nullptr;
-    return zone;
-}
-
 std::unique_ptr<icu::Calendar> clone(const std::unique_ptr<icu::Calendar>& calendar)
 {
     return calendar ? std::unique_ptr<icu::Calendar>(calendar->clone()) : nullptr;
@@ -113,7 +101,7 @@ PrayerCalculator::PrayerCalculator(double latitude, double longitude, const std:
     : latitude_(latitude), longitude_(longitude), method_(method), asr_(asr),
       zones_(std::make_unique<Zones>())
 {
-    auto zone = knownZone(timeZoneID);
+    auto zone = knownTimeZone(timeZoneID);
     if (!zone) {
         warnings_.push_back("unknown time zone \"" + timeZoneID +
                             "\"; no prayer times can be computed");
@@ -135,7 +123,7 @@ PrayerCalculator::PrayerCalculator(double latitude, double longitude, const std:
         return;
     std::unique_ptr<icu::TimeZone> hijriZone;
     if (hijriTimeZoneID) {
-        hijriZone = knownZone(*hijriTimeZoneID);
+        hijriZone = knownTimeZone(*hijriTimeZoneID);
         if (!hijriZone)
             warnings_.push_back("unknown time zone \"" + *hijriTimeZoneID +
                                 "\" for the Hijri month; using the system zone");

@@ -36,13 +36,14 @@ PrayerService::PrayerService(AppSettings& settings, Clock& clock, SystemTimeEven
     connect(&settings_, &AppSettings::prayerCityIDChanged, this, settingChanged);
     connect(&settings_, &AppSettings::prayerMethodChanged, this, settingChanged);
     connect(&settings_, &AppSettings::asrMethodChanged, this, settingChanged);
-    events_.setHandler([this](SystemTimeEvents::Event event) { onSystemTimeEvent(event); });
+    eventsHandler_ =
+        events_.addHandler([this](SystemTimeEvents::Event event) { onSystemTimeEvent(event); });
     rebuild();
 }
 
 PrayerService::~PrayerService()
 {
-    events_.setHandler(nullptr);
+    events_.removeHandler(eventsHandler_);
 }
 
 void PrayerService::rebuild(bool forceNotify)

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "app/Clock.h"
+#include "app/SystemTimeEvents.h"
 #include "prayer/PrayerCalculator.h"
 #include "prayer/PrayerCity.h"
-#include "prayer/SystemTimeEvents.h"
 
 #include <QDateTime>
 #include <QObject>
@@ -107,6 +107,7 @@ private:
     AppSettings& settings_;
     Clock& clock_;
     SystemTimeEvents& events_;
+    int eventsHandler_ = -1;
     std::unique_ptr<TaskSlot> wake_;
     PrayerCity city_;
     std::optional<PrayerCalculator> calculator_;

@@ -12,6 +12,7 @@
 #include <unicode/dtrule.h>
 #include <unicode/rbtz.h>
 #include <unicode/tzrule.h>
+#include <unicode/unistr.h>
 #include <vector>
 
 namespace navro {
@@ -118,6 +119,10 @@ std::optional<Tzif> parseTzif(std::string_view bytes)
     std::vector<std::uint8_t> abbreviationIndices;
     for (std::uint32_t i = 0; i < c.type; ++i) {
         const auto offset = static_cast<std::int32_t>(reader.signedBigEndian(4));
+        // More than 25 hours either way is no place's clock (RFC 8536), and would overflow the
+        // milliseconds the calendar works in.
+        if (offset <= -90000 || offset >= 93600)
+            return std::nullopt;
         const bool dst = reader.unsignedBigEndian(1) != 0;
         abbreviationIndices.push_back(static_cast<std::uint8_t>(reader.unsignedBigEndian(1)));
         tzif.types.push_back({offset, dst, {}});
@@ -384,6 +389,18 @@ std::unique_ptr<icu::TimeZone> systemTimeZone(std::string_view id)
     const std::string bytes((std::istreambuf_iterator<char>(file)),
                             std::istreambuf_iterator<char>());
     return timeZoneFromTzif(id, bytes);
+}
+
+std::unique_ptr<icu::TimeZone> knownTimeZone(std::string_view id)
+{
+    // The system's database first: it follows rule changes that postdate the ICU release.
+    if (auto zone = systemTimeZone(id))
+        return zone;
+    std::unique_ptr<icu::TimeZone> zone(icu::TimeZone::createTimeZone(
+        icu::UnicodeString::fromUTF8(icu::StringPiece(id.data(), std::int32_t(id.size())))));
+    if (!zone || *zone == icu::TimeZone::getUnknown())
+        return nullptr;
+    return zone;
 }
 
 } // namespace navro

@@ -13,7 +13,10 @@ namespace navro {
 // Null when the file is missing or unreadable; callers then fall back to ICU's own data.
 std::unique_ptr<icu::TimeZone> systemTimeZone(std::string_view id);
 
-// Same, reading the TZif bytes given (for tests and for other folders).
+// The zone of that id from the system's database, else from ICU's own; null when neither knows it.
+std::unique_ptr<icu::TimeZone> knownTimeZone(std::string_view id);
+
+// Same as systemTimeZone, reading the TZif bytes given (for tests and for other folders).
 std::unique_ptr<icu::TimeZone> timeZoneFromTzif(std::string_view id, std::string_view bytes);
 
 } // namespace navro

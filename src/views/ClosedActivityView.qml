@@ -190,26 +190,29 @@ Item {
         }
     }
 
-    // Timer: the ring and the clock text. The timer's own state arrives with the timer service;
-    // until then the ring is an empty track and the clock shows no time.
+    // Timer: the ring and the time left, both redrawn once a second by the timer service; "Time's
+    // up" once it has ended.
     Component {
         id: timerLeading
         Item {
             ProgressRing {
                 anchors.verticalCenter: parent.verticalCenter
                 size: Theme.closedIconSize
-                progress: typeof timerService !== "undefined" ? timerService.progress : 0
-                tint: Theme.warning
+                progress: timerService.progress
+                tint: timerService.state === "finished" ? Theme.success : Theme.warning
             }
         }
     }
     Component {
         id: timerTrailing
         ActivityText {
+            objectName: "closedTimerText"
             horizontalAlignment: Text.AlignRight
-            font.family: Theme.monoFontFamily
-            color: Theme.warning
-            text: typeof timerService !== "undefined" ? timerService.clockText : "--:--"
+            font.family: timerService.state === "finished" ? Theme.fontFamily : Theme.monoFontFamily
+            color: timerService.state === "finished" ? Theme.success : Theme.warning
+            opacity: timerService.state === "paused" ? 0.6 : 1
+            text: timerService.state === "finished" ? (view.arabic ? "انتهى الوقت" : "Time's up")
+                                                    : timerService.clockText
         }
     }
 
@@ -243,7 +246,7 @@ Item {
         id: musicLeading
         Item {
             Rectangle {
-                anchors.verticalCenter: parent.verticalCenter
+                anchors { left: parent.left; verticalCenter: parent.verticalCenter }
                 width: Theme.closedIconSize + 2
                 height: width
                 radius: 4
@@ -275,6 +278,7 @@ Item {
                 anchors.right: parent.right
                 height: Theme.closedIconSize
                 levels: typeof audioBars !== "undefined" ? audioBars.levels : []
+                playing: typeof nowPlaying !== "undefined" && nowPlaying.isPlaying
                 tint: Theme.music
             }
         }

@@ -105,6 +105,7 @@ PageScaffold {
             }
         }
     }
+    TimerSettingsSection {}
 
     RowLayout {
         Layout.fillWidth: true

@@ -57,6 +57,10 @@ var files = {
     "doc": "file",
     "magnifyingglass": "search",
     "trash": "trash-2",
+    "flag": "flag",
+    "plus": "plus",
+    "chevron.left": "chevron-left",
+    "chevron.right": "chevron-right",
     "circle": "circle"
 };
 

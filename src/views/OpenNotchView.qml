@@ -67,7 +67,12 @@ Item {
 
     // Tabs with views of their own, by tab id (e.g. "notes": "NotesTab.qml"). A tab that is not
     // listed shows its symbol and title.
-    readonly property var tabViews: ({ "clipboard": "ClipboardTab.qml" })
+    readonly property var tabViews: ({
+        "nowPlaying": "NowPlayingTab.qml",
+        "timer": "TimerTab.qml",
+        "notes": "NotesTab.qml",
+        "clipboard": "ClipboardTab.qml"
+    })
 
     Component {
         id: tabView

@@ -48,6 +48,7 @@ QtObject {
     readonly property int tabBarHeight: 44
     readonly property int closedIconSize: 14
     readonly property int activityGap: 8
+    readonly property int notchRowHeight: 24
 
     // Accents
     readonly property color accent: dark ? "#0a84ff" : "#007aff"
@@ -57,6 +58,10 @@ QtObject {
     readonly property color warning: "#ffd60a"
     readonly property color music: "#ff375f"
     readonly property color prayer: "#64d2ff"
+    readonly property color priorityHigh: "#ff453a"
+    readonly property color priorityMedium: "#ff9f0a"
+    readonly property color priorityLow: "#0a84ff"
+    readonly property color overdue: "#ff6961"
 
     // Windows
     readonly property color windowBackground: dark ? "#1c1c1e" : "#f2f2f7"

@@ -178,18 +178,36 @@ navro_settings() {
     } >"$XDG_CONFIG_HOME/Navro/Navro.conf"
 }
 
-navro_state() {
+# navro_property [NAME]: one property of the control interface (State unless named) as gdbus
+# prints it.
+navro_property() {
     gdbus call --session --dest io.navro.Navro --object-path /io/navro/Navro \
-        --method org.freedesktop.DBus.Properties.Get io.navro.Navro State 2>/dev/null
+        --method org.freedesktop.DBus.Properties.Get io.navro.Navro "${1:-State}" 2>/dev/null
 }
 
-# navro_field NAME: one field of the State property ('closed', true, …) without quotes.
+navro_state() {
+    navro_property State
+}
+
+# navro_field NAME [PROPERTY]: one field of the State property (or of PROPERTY: 'closed', true,
+# …) without quotes.
 navro_field() {
-    navro_state | sed -n "s/.*'$1': <\([^>]*\)>.*/\1/p" | tr -d "'"
+    navro_property "${2:-State}" | sed -n "s/.*'$1': <\([^>]*\)>.*/\1/p" | tr -d "'"
 }
 
 navro_field_is() {
     [ "$(navro_field "$1")" = "$2" ]
+}
+
+# timer_field_is NAME VALUE: a field of the Timer property.
+timer_field_is() {
+    [ "$(navro_field "$1" Timer)" = "$2" ]
+}
+
+# now_playing_field_is NAME VALUE: a field of the NowPlaying property (empty while nothing
+# plays).
+now_playing_field_is() {
+    [ "$(navro_field "$1" NowPlaying)" = "$2" ]
 }
 
 navro_call() {
@@ -236,6 +254,20 @@ dark_run() {
             right = x; while (dark[right + 1]) right++
             print right - left + 1
         }'
+}
+
+# colour_count FILE X Y W H RRGGBB: how many pixels of the area are within a small distance of
+# the colour (text is drawn with smoothed edges, so only its cores match exactly).
+colour_count() {
+    local hex=$6
+    "$DESKTOP_CONVERT" "$1" -crop "${4}x${5}+${2}+${3}" +repage -depth 8 txt:- |
+        awk -v r=$((16#${hex:0:2})) -v g=$((16#${hex:2:2})) -v b=$((16#${hex:4:2})) '
+        /^#/ { next }
+        {
+            gsub(/[()]/, "", $2); split($2, c, ",")
+            if ((c[1] - r) ^ 2 + (c[2] - g) ^ 2 + (c[3] - b) ^ 2 < 40 ^ 2) n++
+        }
+        END { print n + 0 }'
 }
 
 # --- Reporting ---------------------------------------------------------------------------------
@@ -404,4 +436,111 @@ tray_icon_centre() {
             return 0
     done
     return 1
+}
+
+# --- Sound and stand-in services ---------------------------------------------------------------
+
+# desktop_start_sound: a PulseAudio server of the desktop's own whose default output is a null
+# sink (test_sink); exports PULSE_SERVER for everything started after it.
+desktop_start_sound() {
+    local folder="$DESKTOP_DIR/pulse"
+    mkdir -p "$folder"
+    cat >"$folder/server.pa" <<CONFIG
+load-module module-native-protocol-unix auth-anonymous=1 socket=$folder/native
+load-module module-null-sink sink_name=test_sink rate=48000 channels=2 sink_properties=device.description=TestSink
+set-default-sink test_sink
+CONFIG
+    export PULSE_SERVER="unix:$folder/native"
+    desktop_spawn pulseaudio pulseaudio --daemonize=no --exit-idle-time=-1 --system=false \
+        --use-pid-file=no -n -F "$folder/server.pa" --log-target=stderr
+    wait_until 10 "the sound server" pactl info
+}
+
+# desktop_start_screensaver: the test's own org.freedesktop.ScreenSaver on the session bus; every
+# call it receives is a line of $DESKTOP_DIR/logs/screensaver.log.
+desktop_start_screensaver() {
+    desktop_spawn screensaver /usr/bin/python3 "$(dirname "${BASH_SOURCE[0]}")/helpers/screensaver.py"
+    wait_until 10 "the screen saver stand-in" grep -q ready "$DESKTOP_DIR/logs/screensaver.log"
+}
+
+# screensaver_active_is N: the inhibitions in force after the last call are N.
+screensaver_active_is() {
+    [ "$(sed -n 's/.* active=\([0-9]*\)$/\1/p' "$DESKTOP_DIR/logs/screensaver.log" | tail -n1)" = "$1" ]
+}
+
+# bus_has_name NAME: true once NAME has an owner on the session bus.
+bus_has_name() {
+    gdbus call --session --dest org.freedesktop.DBus --object-path /org/freedesktop/DBus \
+        --method org.freedesktop.DBus.NameHasOwner "$1" 2>/dev/null | grep -q true
+}
+
+# desktop_start_notifications: dunst on the session bus, keeping every notification on screen
+# until it is closed, so that what arrived can be counted at leisure (`dunstctl count`).
+desktop_start_notifications() {
+    cat >"$DESKTOP_DIR/dunstrc" <<'CONFIG'
+[global]
+    monitor = 0
+    follow = none
+[urgency_low]
+    timeout = 0
+[urgency_normal]
+    timeout = 0
+[urgency_critical]
+    timeout = 0
+CONFIG
+    desktop_spawn dunst dunst -config "$DESKTOP_DIR/dunstrc"
+    wait_until 10 "the notification daemon" bus_has_name org.freedesktop.Notifications
+}
+
+# --- A media player ----------------------------------------------------------------------------
+
+# desktop_make_music DIR: three tagged tracks of a minute each (a.ogg, b.ogg, c.ogg) and a
+# one-colour cover.png (C03020) beside them, as a music folder has.
+desktop_make_music() {
+    local dir=$1
+    mkdir -p "$dir"
+    sox -n -r 48000 -c 2 --comment "" --add-comment "TITLE=First Song" \
+        --add-comment "ARTIST=Test Artist" --add-comment "ALBUM=Test Album" \
+        "$dir/a.ogg" synth 60 sine 440 vol 0.5 &&
+        sox -n -r 48000 -c 2 --comment "" --add-comment "TITLE=Second Song" \
+            --add-comment "ARTIST=Other Artist" --add-comment "ALBUM=Test Album" \
+            "$dir/b.ogg" synth 60 sine 660 vol 0.5 &&
+        sox -n -r 48000 -c 2 --comment "" --add-comment "TITLE=Third Song" \
+            --add-comment "ARTIST=Test Artist" --add-comment "ALBUM=Test Album" \
+            "$dir/c.ogg" synth 60 sine 550 vol 0.5 &&
+        "$DESKTOP_CONVERT" -size 64x64 xc:'#c03020' "$dir/cover.png"
+}
+
+# desktop_start_player NAME FILE...: mpv with its MPRIS plugin playing the files on the sound
+# server, without a window. Waits until it is on the session bus; its bus name is in
+# PLAYER_BUS_NAME, its pid in PLAYER_PID. mpv names itself org.mpris.MediaPlayer2.mpv, and
+# ...mpv.instance<pid> when that name is taken.
+desktop_start_player() {
+    local name=$1
+    shift
+    desktop_spawn "$name" mpv --no-config --script=/usr/lib/mpv-mpris/mpris.so --no-video \
+        --ao=pulse --idle=no --no-terminal "$@"
+    PLAYER_PID=$DESKTOP_LAST_PID
+    wait_until 10 "$name on the session bus" desktop_player_named "$PLAYER_PID" || return 1
+    PLAYER_BUS_NAME=$(desktop_player_named "$PLAYER_PID")
+}
+
+# desktop_player_named PID: the MPRIS bus name owned by the process PID.
+desktop_player_named() {
+    local name pid
+    for name in $(desktop_bus_call ListNames | grep -o 'org\.mpris\.MediaPlayer2\.[A-Za-z0-9_.-]*'); do
+        pid=$(desktop_bus_call GetConnectionUnixProcessID "$name" | grep -o '[0-9][0-9]*' | tail -n 1)
+        if [ "$pid" = "$1" ]; then
+            echo "$name"
+            return 0
+        fi
+    done
+    return 1
+}
+
+desktop_bus_call() {
+    local method=$1
+    shift
+    gdbus call --session --dest org.freedesktop.DBus --object-path /org/freedesktop/DBus \
+        --method "org.freedesktop.DBus.$method" "$@" 2>/dev/null
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "prayer/SystemTimeEvents.h"
+#include "app/SystemTimeEvents.h"
 
 namespace navro {
 
@@ -10,20 +10,11 @@ class FakeSystemTimeEvents final : public SystemTimeEvents {
 public:
     explicit FakeSystemTimeEvents(std::string zone = "Asia/Riyadh") : zone(std::move(zone)) {}
 
-    void setHandler(std::function<void(Event)> handler) override { handler_ = std::move(handler); }
     std::string systemTimeZoneID() const override { return zone; }
 
-    bool hasHandler() const { return bool(handler_); }
-    void send(Event event)
-    {
-        if (handler_)
-            handler_(event);
-    }
+    void send(Event event) { deliver(event); }
 
     std::string zone;
-
-private:
-    std::function<void(Event)> handler_;
 };
 
 } // namespace navro

@@ -1,5 +1,6 @@
 #include "platform/linux/DBusRemoteControl.h"
 
+#include "PrivateBus.h"
 #include "QtTestApplication.h"
 #include "app/Log.h"
 
@@ -9,7 +10,6 @@
 #include <QDBusPendingCall>
 #include <QDBusPendingCallWatcher>
 #include <QDBusVariant>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
@@ -29,55 +29,28 @@ public:
         return tab == "clipboard" || tab == "prayer";
     }
     RemoteState remoteState() const override { return state; }
+    RemoteTimer remoteTimer() const override { return timer; }
+    bool startTimer(double minutes, bool focus) override
+    {
+        calls << QString("startTimer(%1, %2)").arg(minutes).arg(focus);
+        return acceptsTimers;
+    }
+    void stopTimer() override { calls << "stopTimer"; }
 
     QStringList calls;
     RemoteState state;
-};
-
-// A private session bus for the whole suite, so that nothing reaches the user's own.
-class PrivateBus {
-public:
-    PrivateBus()
-    {
-        daemon_.setProgram("dbus-daemon");
-        daemon_.setArguments({"--session", "--nofork", "--nopidfile", "--print-address=1",
-                              "--address=unix:path=" + folder_.filePath("bus")});
-        daemon_.setStandardErrorFile(QProcess::nullDevice());
-        daemon_.start();
-        QDeadlineTimer deadline(10000);
-        while (!address_.contains('\n') && !deadline.hasExpired() &&
-               daemon_.state() != QProcess::NotRunning) {
-            daemon_.waitForReadyRead(100);
-            address_ += daemon_.readAllStandardOutput();
-        }
-        address_ = address_.trimmed();
-    }
-    ~PrivateBus()
-    {
-        daemon_.terminate();
-        daemon_.waitForFinished(5000);
-    }
-    QString address() const { return QString::fromUtf8(address_); }
-
-private:
-    QTemporaryDir folder_;
-    QProcess daemon_;
-    QByteArray address_;
+    RemoteTimer timer;
+    bool acceptsTimers = true;
 };
 
 PrivateBus& bus()
 {
-    testApplication();
-    static PrivateBus instance;
-    return instance;
+    return PrivateBus::instance();
 }
-
-int connectionCount = 0;
 
 QDBusConnection connect()
 {
-    return QDBusConnection::connectToBus(bus().address(),
-                                         QString("test-%1").arg(++connectionCount));
+    return PrivateBus::connect();
 }
 
 // A call answered by this very process must not block the loop that answers it.
@@ -96,11 +69,11 @@ QDBusMessage method(const QString& name, const QVariantList& arguments = {})
     return message;
 }
 
-QVariantMap readState(QDBusConnection& connection)
+QVariantMap readProperty(QDBusConnection& connection, const QString& name)
 {
     auto get = QDBusMessage::createMethodCall(remoteServiceName, remoteObjectPath,
                                               "org.freedesktop.DBus.Properties", "Get");
-    get << QString(remoteInterfaceName) << QString("State");
+    get << QString(remoteInterfaceName) << name;
     const QDBusMessage reply = callAndWait(connection, get);
     if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty()) {
         ADD_FAILURE() << reply.errorMessage().toStdString();
@@ -110,17 +83,37 @@ QVariantMap readState(QDBusConnection& connection)
     return qdbus_cast<QVariantMap>(inner);
 }
 
+QVariantMap readState(QDBusConnection& connection)
+{
+    return readProperty(connection, "State");
+}
+
 // Collects PropertiesChanged signals of the remote object.
 class SignalRecorder : public QObject {
     Q_OBJECT
 public:
     QList<QVariantMap> states;
+    QList<QVariantMap> timers;
     QStringList interfaces;
+
+    bool listen(QDBusConnection& client)
+    {
+        const bool connected = client.connect(
+            remoteServiceName, remoteObjectPath, "org.freedesktop.DBus.Properties",
+            "PropertiesChanged", this, SLOT(changed(QString, QVariantMap, QStringList)));
+        // The match rule is in place once a round trip through the bus has completed.
+        readState(client);
+        return connected;
+    }
+
 public slots:
     void changed(const QString& interface, const QVariantMap& changed, const QStringList&)
     {
         interfaces << interface;
-        states << qdbus_cast<QVariantMap>(changed.value("State"));
+        if (changed.contains("State"))
+            states << qdbus_cast<QVariantMap>(changed.value("State"));
+        if (changed.contains("Timer"))
+            timers << qdbus_cast<QVariantMap>(changed.value("Timer"));
     }
 };
 
@@ -209,11 +202,7 @@ TEST_F(DBusRemoteControlTest, PropertiesChangedOnlyForRealChanges)
     ASSERT_NE(publisher, nullptr);
     QDBusConnection client = connect();
     SignalRecorder recorder;
-    ASSERT_TRUE(client.connect(remoteServiceName, remoteObjectPath,
-                               "org.freedesktop.DBus.Properties", "PropertiesChanged", &recorder,
-                               SLOT(changed(QString, QVariantMap, QStringList))));
-    // The match rule is in place once a round trip through the bus has completed.
-    readState(client);
+    ASSERT_TRUE(recorder.listen(client));
 
     publisher->stateChanged(); // nothing differs: no signal
     target.state.status = "open";
@@ -231,6 +220,59 @@ TEST_F(DBusRemoteControlTest, PropertiesChangedOnlyForRealChanges)
     EXPECT_EQ(recorder.states[0].value("status").toString(), "open");
     EXPECT_EQ(recorder.states[0].value("language").toString(), "english");
     EXPECT_EQ(recorder.states[1].value("language").toString(), "arabic");
+}
+
+TEST_F(DBusRemoteControlTest, TimerIsReadableStartableAndStoppable)
+{
+    RecordingTarget target;
+    target.timer = {"paused", 90, 360, true};
+    auto publisher = publishRemoteControl(connect(), target);
+    ASSERT_NE(publisher, nullptr);
+    QDBusConnection client = connect();
+
+    EXPECT_EQ(
+        readProperty(client, "Timer"),
+        (QVariantMap{{"state", "paused"}, {"remaining", 90.0}, {"total", 360.0}, {"focus", true}}));
+
+    const QDBusMessage started = callAndWait(client, method("StartTimer", {25.5, true}));
+    EXPECT_EQ(started.type(), QDBusMessage::ReplyMessage) << started.errorMessage().toStdString();
+    EXPECT_EQ(callAndWait(client, method("StopTimer")).type(), QDBusMessage::ReplyMessage);
+    EXPECT_EQ(target.calls, (QStringList{"startTimer(25.5, 1)", "stopTimer"}));
+
+    // A length the target refuses is an error to the caller, not a silent success.
+    target.acceptsTimers = false;
+    const QDBusMessage refused = callAndWait(client, method("StartTimer", {0.0, false}));
+    EXPECT_EQ(refused.type(), QDBusMessage::ErrorMessage);
+    EXPECT_EQ(refused.errorName(), "org.freedesktop.DBus.Error.InvalidArgs");
+    EXPECT_EQ(callAndWait(client, method("StartTimer", {QString("5"), false})).type(),
+              QDBusMessage::ErrorMessage)
+        << "minutes are a number";
+    EXPECT_EQ(target.calls.size(), 3) << "the mistyped call never reaches the target";
+}
+
+TEST_F(DBusRemoteControlTest, TimerChangesAreAnnouncedEachTime)
+{
+    RecordingTarget target;
+    auto publisher = publishRemoteControl(connect(), target);
+    ASSERT_NE(publisher, nullptr);
+    QDBusConnection client = connect();
+    SignalRecorder recorder;
+    ASSERT_TRUE(recorder.listen(client));
+
+    target.timer = {"running", 300, 300, false};
+    publisher->timerChanged();
+    target.timer = {"paused", 200, 300, false};
+    publisher->timerChanged();
+    publisher->stateChanged(); // the notch's state did not change: nothing about the timer either
+
+    ASSERT_TRUE(waitFor([&] { return recorder.timers.size() >= 2; }));
+    readState(client);
+    QCoreApplication::processEvents();
+    ASSERT_EQ(recorder.timers.size(), 2);
+    EXPECT_TRUE(recorder.states.isEmpty());
+    EXPECT_EQ(recorder.timers[0].value("state").toString(), "running");
+    EXPECT_EQ(recorder.timers[1].value("state").toString(), "paused");
+    EXPECT_EQ(recorder.timers[1].value("remaining").toDouble(), 200.0);
 }
 
 TEST_F(DBusRemoteControlTest, SecondLaunchHandsOverToTheFirstAndCannotTakeTheName)

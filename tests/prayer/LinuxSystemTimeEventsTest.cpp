@@ -21,7 +21,7 @@ TEST(LinuxSystemTimeEvents, StartsQuietlyAndReportsTheProcessZone)
         CapturingLogSink log;
         LinuxSystemTimeEvents events;
         int delivered = 0;
-        events.setHandler([&](SystemTimeEvents::Event) { ++delivered; });
+        events.addHandler([&](SystemTimeEvents::Event) { ++delivered; });
         EXPECT_EQ(events.systemTimeZoneID(), "Asia/Tokyo");
         QCoreApplication::processEvents();
         EXPECT_EQ(delivered, 0);

@@ -317,9 +317,9 @@ TEST(PrayerService, StopsListeningWhenGone)
     AppSettings settings(store, [] { return QStringList{}; });
     {
         PrayerService service(settings, clock, events);
-        EXPECT_TRUE(events.hasHandler());
+        EXPECT_EQ(events.handlerCount(), 1u);
     }
-    EXPECT_FALSE(events.hasHandler());
+    EXPECT_EQ(events.handlerCount(), 0u);
     EXPECT_EQ(clock.pendingCount(), 0u);
     events.send(Event::clockChanged); // must not reach the destroyed service
 }

@@ -8,14 +8,25 @@
 
 namespace navro {
 
-RemoteControlAdaptor::RemoteControlAdaptor(QObject* parent, RemoteControl& target)
-    : QDBusAbstractAdaptor(parent), target_(target)
+RemoteControlAdaptor::RemoteControlAdaptor(QObject* parent, const QDBusContext& call,
+                                           RemoteControl& target)
+    : QDBusAbstractAdaptor(parent), call_(call), target_(target)
 {
 }
 
 QVariantMap RemoteControlAdaptor::state() const
 {
     return toVariantMap(target_.remoteState());
+}
+
+QVariantMap RemoteControlAdaptor::timer() const
+{
+    return toVariantMap(target_.remoteTimer());
+}
+
+QVariantMap RemoteControlAdaptor::nowPlaying() const
+{
+    return toVariantMap(target_.remoteNowPlaying());
 }
 
 void RemoteControlAdaptor::Open(bool focus)
@@ -45,10 +56,22 @@ void RemoteControlAdaptor::OpenSettings(const QString& page)
 
 void RemoteControlAdaptor::OpenTab(const QString& tab)
 {
-    const auto* call = dynamic_cast<const QDBusContext*>(parent());
-    if (!target_.openTab(tab) && call && call->calledFromDBus())
-        call->sendErrorReply(QDBusError::InvalidArgs,
+    if (!target_.openTab(tab) && call_.calledFromDBus())
+        call_.sendErrorReply(QDBusError::InvalidArgs,
                              QStringLiteral("no tab is named \"%1\"").arg(tab.left(100)));
+}
+
+void RemoteControlAdaptor::StartTimer(double minutes, bool focus)
+{
+    if (!target_.startTimer(minutes, focus) && call_.calledFromDBus())
+        call_.sendErrorReply(
+            QDBusError::InvalidArgs,
+            QStringLiteral("a timer runs for more than 0 and at most 1440 minutes"));
+}
+
+void RemoteControlAdaptor::StopTimer()
+{
+    target_.stopTimer();
 }
 
 QVariantMap toVariantMap(const RemoteState& state)
@@ -63,8 +86,34 @@ QVariantMap toVariantMap(const RemoteState& state)
     };
 }
 
+QVariantMap toVariantMap(const RemoteTimer& timer)
+{
+    return {
+        {QStringLiteral("state"), timer.state},
+        {QStringLiteral("remaining"), timer.remaining},
+        {QStringLiteral("total"), timer.total},
+        {QStringLiteral("focus"), timer.focus},
+    };
+}
+
+QVariantMap toVariantMap(const std::optional<RemoteNowPlaying>& nowPlaying)
+{
+    if (!nowPlaying)
+        return {};
+    return {
+        {QStringLiteral("title"), nowPlaying->title},
+        {QStringLiteral("artist"), nowPlaying->artist},
+        {QStringLiteral("album"), nowPlaying->album},
+        {QStringLiteral("app"), nowPlaying->app},
+        {QStringLiteral("playing"), nowPlaying->playing},
+        {QStringLiteral("elapsed"), nowPlaying->elapsed},
+        {QStringLiteral("duration"), nowPlaying->duration},
+    };
+}
+
 DBusRemoteControl::DBusRemoteControl(QDBusConnection connection, RemoteControl& target)
-    : connection_(std::move(connection)), target_(target), published_(target.remoteState())
+    : connection_(std::move(connection)), target_(target), published_(target.remoteState()),
+      publishedNowPlaying_(target.remoteNowPlaying())
 {
     if (!connection_.isConnected()) {
         failure_ = connection_.lastError().message();
@@ -73,7 +122,7 @@ DBusRemoteControl::DBusRemoteControl(QDBusConnection connection, RemoteControl& 
         }
         return;
     }
-    new RemoteControlAdaptor(this, target_);
+    new RemoteControlAdaptor(this, *this, target_);
     // The object goes up before the name, so that a second launch that sees the name can
     // already call it.
     if (!connection_.registerObject(QString::fromLatin1(remoteObjectPath), this,
@@ -113,14 +162,34 @@ void DBusRemoteControl::stateChanged()
         return;
     }
     published_ = current;
+    announce(QStringLiteral("State"), toVariantMap(current));
+}
+
+void DBusRemoteControl::timerChanged()
+{
+    announce(QStringLiteral("Timer"), toVariantMap(target_.remoteTimer()));
+}
+
+void DBusRemoteControl::nowPlayingChanged()
+{
+    auto current = target_.remoteNowPlaying();
+    if (current == publishedNowPlaying_) {
+        return;
+    }
+    publishedNowPlaying_ = current;
+    announce(QStringLiteral("NowPlaying"), toVariantMap(current));
+}
+
+void DBusRemoteControl::announce(const QString& property, const QVariantMap& value)
+{
     if (outcome_ != Outcome::published) {
         return;
     }
     QDBusMessage signal = QDBusMessage::createSignal(
         QString::fromLatin1(remoteObjectPath), QStringLiteral("org.freedesktop.DBus.Properties"),
         QStringLiteral("PropertiesChanged"));
-    signal << QString::fromLatin1(remoteInterfaceName)
-           << QVariantMap{{QStringLiteral("State"), toVariantMap(current)}} << QStringList();
+    signal << QString::fromLatin1(remoteInterfaceName) << QVariantMap{{property, value}}
+           << QStringList();
     connection_.send(signal);
 }
 

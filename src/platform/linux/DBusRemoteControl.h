@@ -14,16 +14,21 @@ inline constexpr auto remoteObjectPath = "/io/navro/Navro";
 inline constexpr auto remoteInterfaceName = "io.navro.Navro";
 
 // The io.navro.Navro interface as seen on the bus; forwards every call to the RemoteControl.
-// Arguments it refuses are answered with org.freedesktop.DBus.Error.InvalidArgs.
+// A call with arguments the target refuses is answered with a D-Bus error, through the context
+// of the call, which Qt D-Bus keeps on the object the adaptor belongs to.
 class RemoteControlAdaptor final : public QDBusAbstractAdaptor {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "io.navro.Navro")
     Q_PROPERTY(QVariantMap State READ state)
+    Q_PROPERTY(QVariantMap Timer READ timer)
+    Q_PROPERTY(QVariantMap NowPlaying READ nowPlaying)
 
 public:
-    RemoteControlAdaptor(QObject* parent, RemoteControl& target);
+    RemoteControlAdaptor(QObject* parent, const QDBusContext& call, RemoteControl& target);
 
     QVariantMap state() const;
+    QVariantMap timer() const;
+    QVariantMap nowPlaying() const;
 
 public slots:
     void Open(bool focus);
@@ -32,15 +37,20 @@ public slots:
     void ShowOnboarding();
     void OpenSettings(const QString& page);
     void OpenTab(const QString& tab);
+    void StartTimer(double minutes, bool focus);
+    void StopTimer();
 
 private:
+    const QDBusContext& call_;
     RemoteControl& target_;
 };
 
 QVariantMap toVariantMap(const RemoteState& state);
+QVariantMap toVariantMap(const RemoteTimer& timer);
+// Empty while nothing plays.
+QVariantMap toVariantMap(const std::optional<RemoteNowPlaying>& nowPlaying);
 
-// Owns the bus name and the object for as long as it lives. Qt tells the object an adaptor serves,
-// not the adaptor, which call is being answered: hence the context here.
+// Owns the bus name and the object for as long as it lives.
 class DBusRemoteControl final : public QObject, public RemoteControlPublisher, public QDBusContext {
     Q_OBJECT
 
@@ -54,11 +64,16 @@ public:
     QString failure() const { return failure_; }
 
     void stateChanged() override;
+    void timerChanged() override;
+    void nowPlayingChanged() override;
 
 private:
+    void announce(const QString& property, const QVariantMap& value);
+
     QDBusConnection connection_;
     RemoteControl& target_;
     RemoteState published_;
+    std::optional<RemoteNowPlaying> publishedNowPlaying_;
     Outcome outcome_ = Outcome::failed;
     QString failure_;
 };

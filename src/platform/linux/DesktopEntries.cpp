@@ -168,8 +168,10 @@ void DesktopEntries::load()
             if (!read.ok())
                 continue;
             if (auto entry = parseDesktopEntry(
-                    id, QByteArray::fromRawData(read.bytes.data(), qsizetype(read.bytes.size()))))
+                    id, QByteArray::fromRawData(read.bytes.data(), qsizetype(read.bytes.size())))) {
+                entry->path = path;
                 byId_.insert(id, *std::move(entry));
+            }
         }
     }
 }

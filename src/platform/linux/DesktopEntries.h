@@ -16,6 +16,7 @@ struct DesktopEntry {
     QString icon;        // Icon: a theme name, or an absolute path
     QString windowClass; // StartupWMClass
     QString program;     // the first word of Exec, without its folder
+    QString path;        // the file it was read from, empty when it came from elsewhere
 
     QString displayName(bool arabic) const
     {

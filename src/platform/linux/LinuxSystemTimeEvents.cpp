@@ -52,11 +52,6 @@ LinuxSystemTimeEvents::~LinuxSystemTimeEvents()
         ::close(clockFd_);
 }
 
-void LinuxSystemTimeEvents::setHandler(std::function<void(Event)> handler)
-{
-    handler_ = std::move(handler);
-}
-
 std::string LinuxSystemTimeEvents::systemTimeZoneID() const
 {
     return zone_.toStdString();
@@ -112,12 +107,6 @@ void LinuxSystemTimeEvents::onPrepareForSleep(bool starting)
         return;
     checkTimeZone();
     deliver(Event::resumed);
-}
-
-void LinuxSystemTimeEvents::deliver(Event event)
-{
-    if (handler_)
-        handler_(event);
 }
 
 } // namespace navro

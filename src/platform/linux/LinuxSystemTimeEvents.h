@@ -1,6 +1,6 @@
 #pragma once
 
-#include "prayer/SystemTimeEvents.h"
+#include "app/SystemTimeEvents.h"
 
 #include <QByteArray>
 #include <QFileSystemWatcher>
@@ -20,7 +20,6 @@ public:
     explicit LinuxSystemTimeEvents(QObject* parent = nullptr);
     ~LinuxSystemTimeEvents() override;
 
-    void setHandler(std::function<void(Event)> handler) override;
     std::string systemTimeZoneID() const override;
 
 private slots:
@@ -31,9 +30,7 @@ private:
     void onClockWatch();
     void watchZoneFiles();
     void checkTimeZone();
-    void deliver(Event event);
 
-    std::function<void(Event)> handler_;
     int clockFd_ = -1;
     QSocketNotifier* clockNotifier_ = nullptr;
     QFileSystemWatcher zoneWatcher_;

@@ -1,0 +1,63 @@
+import QtQuick
+import QtQuick.Controls
+import "LocalDigits.js" as Digits
+
+// A two-digit number on the notch (an hour, a minute): typed, or stepped with Up and Down, which
+// wrap around at the ends.
+TextField {
+    id: field
+    property int value: 0
+    property int from: 0
+    property int to: 59
+    property string accessibleName: ""
+
+    // While the user types, the text is theirs; otherwise it shows the value.
+    property bool typing: false
+
+    function step(by) {
+        var span = to - from + 1;
+        value = from + ((value - from + by) % span + span) % span;
+    }
+    function showValue() {
+        text = Digits.twoDigits(value, settings.isArabic);
+    }
+
+    implicitWidth: 38
+    implicitHeight: 26
+    maximumLength: 2
+    horizontalAlignment: Text.AlignHCenter
+    inputMethodHints: Qt.ImhDigitsOnly
+    selectByMouse: true
+    color: Theme.notchText
+    selectionColor: Theme.notchAccent
+    selectedTextColor: Theme.textOnAccent
+    font.family: Theme.fontFamily
+    font.pixelSize: Theme.bodySize
+    padding: 2
+
+    Component.onCompleted: showValue()
+    onValueChanged: if (!typing) showValue()
+    onTextEdited: {
+        var typed = Digits.read(text);
+        if (text === "" || isNaN(typed) || typed < from || typed > to)
+            return;
+        typing = true;
+        value = typed;
+        typing = false;
+    }
+    onEditingFinished: showValue()
+    onActiveFocusChanged: if (activeFocus) selectAll()
+    Keys.onUpPressed: step(1)
+    Keys.onDownPressed: step(-1)
+    Connections {
+        target: settings
+        function onIsArabicChanged() { field.showValue(); }
+    }
+
+    background: Rectangle {
+        radius: Theme.controlRadius
+        color: Theme.notchFill
+        border.color: field.activeFocus ? Theme.notchAccent : Theme.notchControlHover
+    }
+    Accessible.name: accessibleName
+}

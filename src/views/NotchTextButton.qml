@@ -1,0 +1,62 @@
+import QtQuick
+import QtQuick.Controls
+
+// A pill-shaped button on the black notch, with an optional symbol before its text. Tab reaches
+// it, Space or Enter presses it, and a ring shows where the keyboard is.
+Button {
+    id: control
+    property string symbol: ""
+    // Filled with the accent: the main action, or the chosen one of a group.
+    property bool primary: false
+    // The symbol in a colour of its own (a priority's flag), else in the text's.
+    property color symbolColor: label.color
+
+    implicitHeight: 30
+    // A symbol alone makes a round button.
+    leftPadding: text === "" ? 8 : 12
+    rightPadding: text === "" ? 8 : 12
+    font.family: Theme.fontFamily
+    font.pixelSize: Theme.smallSize + 1
+    font.weight: primary ? Font.DemiBold : Font.Normal
+
+    Keys.onReturnPressed: clicked()
+    Keys.onEnterPressed: clicked()
+
+    contentItem: Item {
+        implicitWidth: content.implicitWidth
+        implicitHeight: content.implicitHeight
+        Row {
+            id: content
+            anchors.centerIn: parent
+            spacing: 5
+            layoutDirection: control.mirrored ? Qt.RightToLeft : Qt.LeftToRight
+            Icon {
+                visible: control.symbol !== ""
+                anchors.verticalCenter: parent.verticalCenter
+                symbol: control.symbol
+                color: control.symbolColor
+                size: 13
+            }
+            Text {
+                id: label
+                visible: control.text !== ""
+                anchors.verticalCenter: parent.verticalCenter
+                text: control.text
+                font: control.font
+                color: control.primary ? Theme.textOnAccent : Theme.notchText
+            }
+        }
+    }
+    background: Rectangle {
+        radius: height / 2
+        color: control.primary
+               ? (control.down ? Qt.darker(Theme.notchAccent, 1.2) : Theme.notchAccent)
+               : (control.down ? Theme.notchSelection
+                               : (control.hovered ? Theme.notchControlHover : Theme.notchControl))
+        border.width: control.visualFocus ? 2 : 0
+        border.color: Theme.notchText
+        opacity: control.enabled ? 1 : 0.5
+    }
+
+    Accessible.name: text
+}
