@@ -54,12 +54,6 @@ void NotchPanel::applyInputRect()
     windowSystem_.setInputRegion(*this, QRegion(inputRect_));
 }
 
-void NotchPanel::activate()
-{
-    if (!isActive())
-        requestActivate();
-}
-
 bool NotchPanel::event(QEvent* event)
 {
     switch (event->type()) {

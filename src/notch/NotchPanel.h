@@ -13,8 +13,9 @@ class PanelWindowSystem;
 //
 // It is an override-redirect window: the window manager leaves it alone, which gives all of the
 // above at once and also means that mapping it or clicking it never moves keyboard focus by
-// itself. Focus is taken only when asked (activate()), so a panel opened by hovering leaves the
-// active window in front, and the first click on the closed notch reaches the notch at once.
+// itself. Focus is taken only when asked (PanelWindowSystem::takeFocus), so a panel opened by
+// hovering leaves the active window in front, and the first click on the closed notch reaches the
+// notch at once.
 class NotchPanel final : public QQuickView {
     Q_OBJECT
 
@@ -26,7 +27,6 @@ public:
     // reaches the windows below.
     void setInputRect(const QRect& rect);
     QRect inputRect() const { return inputRect_; }
-    void activate();
 
 signals:
     void pointerEntered();

@@ -126,7 +126,7 @@ void NotchWindowController::activateWindow()
 {
     if (!panel_->isActive())
         windowSystem_.rememberFocus(*panel_);
-    panel_->activate();
+    windowSystem_.takeFocus(*panel_);
 }
 
 void NotchWindowController::releaseFocus()

@@ -21,6 +21,9 @@ public:
     virtual void setInputRegion(QWindow& window, const QRegion& region) = 0;
     // Called just before the panel takes keyboard focus: remembers the active window.
     virtual void rememberFocus(QWindow& panel) = 0;
+    // Gives the panel keyboard focus now, whatever happened to focus since the last event Qt
+    // saw.
+    virtual void takeFocus(QWindow& panel) = 0;
     // Called when the panel closes while it still has focus: activates the remembered window.
     virtual void returnFocus(QWindow& panel) = 0;
     // While `pressed` is set, it is called on a later turn of the event loop after every pointer

@@ -78,7 +78,9 @@ Window {
                 symbol: "rectangle.topthird.inset.filled"
                 title: window.arabic ? "فتح النوتش" : "Open Notch"
                 shortcut: "Ctrl+Alt+L"
-                onTriggered: { window.hide(); app.openNotch(); }
+                // The notch takes the keyboard before this panel goes: a focused window that
+                // disappears has the window manager hand focus on, perhaps after the notch took it.
+                onTriggered: { app.openNotch(); window.hide(); }
             }
             MenuRow {
                 objectName: "settingsAction"

@@ -31,9 +31,12 @@ X11PanelWindow::X11PanelWindow()
                     (major > 1 || (major == 1 && minor >= 1));
 
         // Raw events reach root-window listeners whatever grabs are active from version 2.1.
+        // The server keeps one version per client and refuses a lower one than asked before,
+        // and Qt, on the same connection, has already asked for its own: asking for the highest
+        // this header knows gets the version in force back.
         int opcode = 0;
-        int inputMajor = 2;
-        int inputMinor = 1;
+        int inputMajor = XI_2_Major;
+        int inputMinor = XI_2_Minor;
         if (XQueryExtension(display, "XInputExtension", &opcode, &eventBase, &errorBase) &&
             XIQueryVersion(display, &inputMajor, &inputMinor) == Success &&
             (inputMajor > 2 || (inputMajor == 2 && inputMinor >= 1)))
@@ -82,6 +85,22 @@ void X11PanelWindow::rememberFocus(QWindow& panel)
     const Window active = activeWindow(display);
     if (active != static_cast<Window>(panel.winId()))
         previousActive_ = active;
+}
+
+void X11PanelWindow::takeFocus(QWindow& panel)
+{
+    Display* display = qtDisplay();
+    if (!display) {
+        panel.requestActivate();
+        return;
+    }
+    // Qt would stamp the request with the time of the last event it saw, and the server ignores
+    // a focus change older than the latest one: after the tray panel hid (the window manager
+    // moved focus on) or after the key that opened the notch went to our grab rather than to Qt,
+    // the notch would be left without the keyboard. The user has just asked for it, so now is the
+    // right time.
+    XSetInputFocus(display, static_cast<Window>(panel.winId()), RevertToParent, CurrentTime);
+    XFlush(display);
 }
 
 void X11PanelWindow::returnFocus(QWindow& panel)

@@ -23,6 +23,7 @@ public:
     bool canShapeInput() const override { return canShape_; }
     void setInputRegion(QWindow& window, const QRegion& region) override;
     void rememberFocus(QWindow& panel) override;
+    void takeFocus(QWindow& panel) override;
     void returnFocus(QWindow& panel) override;
     bool watchPresses(std::function<void()> pressed) override;
 
