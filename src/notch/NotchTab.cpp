@@ -101,4 +101,19 @@ std::vector<NotchTab> visibleTabs()
     return tabs;
 }
 
+NotchTab tabBarNeighbour(NotchTab from, int steps)
+{
+    const std::vector<NotchTab> bar = visibleTabs();
+    const auto at = std::find(bar.begin(), bar.end(), from);
+    if (at == bar.end())
+        return steps >= 0 ? bar.front() : bar.back();
+    if (steps == 0)
+        return from;
+    // The bar's ends are where it stops: going round from the last tab to the first would look
+    // like a jump across the whole panel.
+    const auto last = static_cast<std::ptrdiff_t>(bar.size()) - 1;
+    const std::ptrdiff_t index = std::clamp<std::ptrdiff_t>((at - bar.begin()) + steps, 0, last);
+    return bar[static_cast<std::size_t>(index)];
+}
+
 } // namespace navro

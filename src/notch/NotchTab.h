@@ -37,4 +37,9 @@ std::optional<NotchTab> notchTabFromRaw(std::string_view raw);
 // The tab bar: every tab in order except prayer, whatever the settings.
 std::vector<NotchTab> visibleTabs();
 
+// The tab `steps` places after `from` in the tab bar (before it when negative), stopping at the
+// bar's ends. From a tab the bar does not show, a step forward lands on the first tab and a step
+// back on the last.
+NotchTab tabBarNeighbour(NotchTab from, int steps);
+
 } // namespace navro

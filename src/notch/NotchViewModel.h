@@ -73,6 +73,12 @@ public:
     void setSelectedTab(NotchTab tab);
     QString selectedTabRaw() const;
     void setSelectedTabRaw(const QString& raw);
+    // Moves the selection along the tab bar in reading order (positive: towards its end); the
+    // views turn arrow keys into steps, mirrored where the bar runs right to left.
+    Q_INVOKABLE void selectNeighbourTab(int steps)
+    {
+        setSelectedTab(tabBarNeighbour(selectedTab_, steps));
+    }
 
     bool isHovering() const { return isHovering_; }
     void setHovering(bool hovering);

@@ -2,39 +2,48 @@ import QtQuick
 import QtQuick.Controls
 
 // A round symbol button on the black notch.
-Item {
+Pressable {
     id: button
     property string symbol: "circle"
     property string toolTip: ""
     property int size: 32
-    signal clicked()
 
-    width: size
-    height: size
+    implicitWidth: size
+    implicitHeight: size
+    text: toolTip
+    onNotch: true
+    focusRadius: size / 2
 
-    Rectangle {
-        anchors.fill: parent
+    background: Rectangle {
         radius: width / 2
-        color: mouse.pressed ? Theme.notchSelection
-                             : (mouse.containsMouse ? Theme.notchControlHover : Theme.notchControl)
+        color: button.down ? Theme.notchSelection
+                           : (button.hovered ? Theme.notchControlHover : Theme.notchControl)
     }
-    Icon {
-        anchors.centerIn: parent
-        symbol: button.symbol
-        color: Theme.notchText
-        size: 16
-    }
-    MouseArea {
-        id: mouse
-        anchors.fill: parent
-        hoverEnabled: true
-        cursorShape: Qt.PointingHandCursor
-        onClicked: button.clicked()
+    contentItem: Item {
+        Icon {
+            anchors.centerIn: parent
+            symbol: button.symbol
+            color: Theme.notchText
+            size: 16
+        }
     }
 
-    Accessible.role: Accessible.Button
-    Accessible.name: button.toolTip
-    ToolTip.text: button.toolTip
-    ToolTip.visible: mouse.containsMouse && button.toolTip !== ""
-    ToolTip.delay: 600
+    HoverHandler { cursorShape: Qt.PointingHandCursor }
+
+    ToolTip {
+        visible: (button.hovered || button.visualFocus) && button.toolTip !== ""
+        delay: 600
+        text: button.toolTip
+        contentItem: Text {
+            text: button.toolTip
+            color: Theme.notchText
+            font.family: Theme.fontFamily
+            font.pixelSize: Theme.smallSize
+        }
+        background: Rectangle {
+            radius: Theme.controlRadius
+            color: Theme.notchControl
+            border.color: Theme.notchDivider
+        }
+    }
 }

@@ -1,9 +1,42 @@
 import QtQuick
+import QtQuick.Window
 
 // The open notch: the tab bar with the settings button, and the selected tab's content.
+//
+// From the keyboard: Tab and Shift+Tab go through the controls, Space, Return and Enter press
+// the focused one, the arrow keys that no control uses move between tabs in the direction they
+// point (so, mirrored in Arabic), and Escape closes the notch (the window hears it last).
 Item {
     id: panel
     readonly property bool arabic: settings.isArabic
+
+    // The notch has just taken the keyboard: the selected tab gets focus, and shows it unless
+    // the pointer is on the notch (a click opened it, and a ring would only be noise).
+    readonly property bool hasKeyboard: notch.isOpen && Window.active
+    onHasKeyboardChanged: {
+        if (hasKeyboard)
+            focusSelectedTab(notch.isHovering ? Qt.MouseFocusReason : Qt.TabFocusReason);
+    }
+
+    function focusSelectedTab(reason) {
+        const tabs = notch.visibleTabs;
+        let index = 0;
+        for (let i = 0; i < tabs.length; ++i) {
+            if (tabs[i].id === notch.selectedTab)
+                index = i;
+        }
+        const button = tabButtons.itemAt(index);
+        if (button)
+            button.forceActiveFocus(reason);
+    }
+
+    function stepTabs(steps) {
+        notch.selectNeighbourTab(steps);
+        focusSelectedTab(Qt.TabFocusReason);
+    }
+
+    Keys.onLeftPressed: stepTabs(arabic ? 1 : -1)
+    Keys.onRightPressed: stepTabs(arabic ? -1 : 1)
 
     Item {
         id: header
@@ -20,6 +53,7 @@ Item {
             readonly property real tabWidth: (header.width - settingsButton.width - 10) / notch.visibleTabs.length - spacing
 
             Repeater {
+                id: tabButtons
                 model: notch.visibleTabs
                 delegate: NotchTabButton {
                     width: tabBar.tabWidth

@@ -4,6 +4,9 @@ import QtQuick
 // Every colour, radius, size and duration the views use. The notch itself is always black (it
 // stands in for a camera housing); the theme setting chooses the look of the windows and of the
 // accents inside the notch.
+//
+// Text colours keep at least 4.5:1 contrast against every background they are drawn on, in both
+// themes (the views tests compute it); marks that are not text (rings, tracks) keep 3:1.
 QtObject {
     id: theme
 
@@ -28,7 +31,7 @@ QtObject {
     // The notch
     readonly property color notchFill: "#000000"
     readonly property color notchText: "#f5f5f7"
-    readonly property color notchSecondaryText: "#8e8e93"
+    readonly property color notchSecondaryText: "#9a9aa0"
     readonly property color notchTertiaryText: "#5a5a5f"
     readonly property color notchControl: "#1c1c1e"
     readonly property color notchControlHover: "#2a2a2d"
@@ -50,8 +53,11 @@ QtObject {
     readonly property int activityGap: 8
     readonly property int notchRowHeight: 24
 
-    // Accents
-    readonly property color accent: dark ? "#0a84ff" : "#007aff"
+    // Accents. `accent` fills (buttons, chosen rows, switches) under white text; `accentText` is
+    // the accent as text or a symbol on a window's own backgrounds. One blue cannot do both on
+    // a dark window, so the dark theme has two.
+    readonly property color accent: dark ? "#0a6ad8" : "#0062cc"
+    readonly property color accentText: dark ? "#5eacff" : "#0062cc"
     readonly property color notchAccent: "#0a84ff"
     readonly property color recording: "#ff453a"
     readonly property color success: "#30d158"
@@ -69,7 +75,7 @@ QtObject {
     readonly property color cardBackground: dark ? "#2c2c2e" : "#ffffff"
     readonly property color cardBorder: dark ? "#3a3a3c" : "#dcdce1"
     readonly property color text: dark ? "#f5f5f7" : "#1d1d1f"
-    readonly property color secondaryText: dark ? "#98989d" : "#6e6e73"
+    readonly property color secondaryText: dark ? "#aeaeb2" : "#5f5f64"
     readonly property color separator: dark ? "#38383a" : "#d8d8dd"
     readonly property color selection: dark ? "#3a3a3c" : "#dedee3"
     readonly property color buttonBackground: dark ? "#3a3a3c" : "#e5e5ea"
@@ -77,11 +83,18 @@ QtObject {
     readonly property color textOnAccent: "#ffffff"
     readonly property color knob: "#ffffff"
     readonly property color knobBorder: Qt.rgba(0, 0, 0, 0.12)
+    readonly property color scrollBar: dark ? Qt.rgba(1, 1, 1, 0.35) : Qt.rgba(0, 0, 0, 0.35)
     readonly property int windowRadius: 12
     readonly property int cardRadius: 10
     readonly property int controlRadius: 7
     readonly property int spacing: 12
     readonly property int windowPadding: 20
+
+    // Keyboard focus: a ring just outside the focused control, in the accent of its surface.
+    readonly property color focusRing: accentText
+    readonly property color notchFocusRing: notchAccent
+    readonly property int focusRingWidth: 2
+    readonly property int focusRingGap: 2
 
     // Motion
     readonly property int openDuration: 340

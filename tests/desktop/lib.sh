@@ -407,20 +407,49 @@ navro_window_shown() {
     [ -n "$(navro_windows "$1")" ]
 }
 
-# navro_panel_shown PATTERN: a visible window of Navro's with a matching title that is neither
-# the notch window (728 x 280) nor its tray icon (at most 32 pixels wide).
-navro_panel_shown() {
+# navro_window PATTERN: the id of a visible window of Navro's with a matching title that is
+# neither the notch window (728 x 280) nor its tray icon (at most 32 pixels wide).
+navro_window() {
     local id geometry
     for id in $(navro_windows "$1"); do
         geometry=$(xdotool getwindowgeometry "$id" | awk '/Geometry:/ { print $2 }')
         case "$geometry" in
         728x280) ;;
         *)
-            [ "${geometry%%x*}" -gt 32 ] && return 0
+            [ "${geometry%%x*}" -gt 32 ] && { echo "$id"; return 0; }
             ;;
         esac
     done
     return 1
+}
+
+navro_panel_shown() {
+    navro_window "$1" >/dev/null
+}
+
+# window_rect ID: "X Y W H" of a window's inside, in root coordinates.
+window_rect() {
+    xwininfo -id "$1" | awk '
+        /Absolute upper-left X/ { x = $NF } /Absolute upper-left Y/ { y = $NF }
+        /Width:/ { w = $NF } /Height:/ { h = $NF }
+        END { if (w > 0 && h > 0) print x, y, w, h; else exit 1 }'
+}
+
+# crop_screenshot FILE X Y W H: that area of the screen as it is composited (translucent
+# windows over what lies below), taken once two pictures in a row agree.
+crop_screenshot() {
+    local file=$1 area="${4}x${5}+${2}+${3}" whole="$1.whole.png"
+    settled_screenshot "$whole" &&
+        "$DESKTOP_CONVERT" "$whole" -crop "$area" +repage "$file" &&
+        rm -f "$whole"
+}
+
+# window_screenshot ID FILE: the window as the user sees it, once it stopped changing.
+window_screenshot() {
+    local rect
+    rect=$(window_rect "$1") || return 1
+    # shellcheck disable=SC2086
+    crop_screenshot "$2" $rect
 }
 
 # tray_icon_centre: "X Y" of the tray host's panel once an icon has been docked in it.

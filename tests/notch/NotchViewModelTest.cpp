@@ -125,6 +125,33 @@ TEST_F(NotchViewModelTest, ThePrayerTabIsNeverInTheTabBar)
     EXPECT_EQ(ids.size(), qsizetype(tabs.size()));
 }
 
+TEST_F(NotchViewModelTest, StepsAlongTheTabBarStopAtItsEnds)
+{
+    struct Case {
+        NotchTab from;
+        int steps;
+        NotchTab to;
+    };
+    const std::vector<Case> cases{
+        {NotchTab::home, 1, NotchTab::nowPlaying},
+        {NotchTab::nowPlaying, -1, NotchTab::home},
+        {NotchTab::clipboard, 2, NotchTab::shelf},
+        {NotchTab::home, -1, NotchTab::home},
+        {NotchTab::devices, 1, NotchTab::devices},
+        {NotchTab::shelf, 5, NotchTab::devices},
+        {NotchTab::timer, 0, NotchTab::timer},
+        // Prayer is not in the bar: the arrows lead into it from its ends.
+        {NotchTab::prayer, 1, NotchTab::home},
+        {NotchTab::prayer, -1, NotchTab::devices},
+    };
+    for (const Case& c : cases) {
+        model.setSelectedTab(c.from);
+        model.selectNeighbourTab(c.steps);
+        EXPECT_EQ(model.selectedTab(), c.to) << rawValue(c.from) << " stepped " << c.steps
+                                             << " landed on " << rawValue(model.selectedTab());
+    }
+}
+
 // The delay is read from the settings when the open is scheduled; an unusable one falls back to
 // 0.15 s with a log line.
 TEST_F(NotchViewModelTest, AScheduledOpenWaitsTheHoverDelay)
