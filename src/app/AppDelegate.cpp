@@ -37,12 +37,13 @@
 #include <QApplication>
 #include <QGuiApplication>
 #include <QIcon>
-#include <QPalette>
+#include <QPainter>
 #include <QPointer>
 #include <QQmlApplicationEngine>
 #include <QQmlContext>
 #include <QQuickWindow>
 #include <QScreen>
+#include <QSvgRenderer>
 
 namespace navro {
 namespace {
@@ -52,14 +53,22 @@ QUrl view(const char* file)
     return QUrl(QStringLiteral("qrc:/Navro/") + QLatin1String(file));
 }
 
-QIcon statusItemIcon()
+// Navro's own mark, the application icon: a blue screen with the black notch, in a dark frame.
+// It carries its contrast with it, so it reads on light panels (by the frame) and dark ones (by
+// the blue) alike, whatever the theme.
+QIcon applicationIcon()
 {
-    // Drawn in the palette's text colour so that it reads on the tray's own background.
-    const QColor color = QGuiApplication::palette().color(QPalette::WindowText);
+    QSvgRenderer mark(QStringLiteral(":/views/navro.svg"));
     QIcon icon;
-    for (int size : {16, 22, 24, 32, 48, 64})
-        icon.addPixmap(QPixmap::fromImage(
-            IconImageProvider::render(QStringLiteral("panel-top"), color, QSize(size, size))));
+    for (int size : {16, 22, 24, 32, 48, 64, 128}) {
+        QImage image(size, size, QImage::Format_ARGB32_Premultiplied);
+        image.fill(Qt::transparent);
+        QPainter painter(&image);
+        painter.setRenderHint(QPainter::Antialiasing);
+        mark.render(&painter);
+        painter.end();
+        icon.addPixmap(QPixmap::fromImage(image));
+    }
     return icon;
 }
 
@@ -270,7 +279,7 @@ void AppDelegate::setUpEngine()
 
 void AppDelegate::setUpStatusItem()
 {
-    const QIcon icon = statusItemIcon();
+    const QIcon icon = applicationIcon();
     QApplication::setWindowIcon(icon);
     statusItem_ = std::make_unique<QSystemTrayIcon>(icon);
     statusItem_->setToolTip(QStringLiteral("Navro"));

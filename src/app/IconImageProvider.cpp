@@ -9,6 +9,23 @@ namespace {
 
 constexpr int defaultSize = 24;
 
+QImage render(const QString& file, const QColor& color, const QSize& size)
+{
+    QImage image(size, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QFile source(QStringLiteral(":/views/icons/%1.svg").arg(file));
+    if (!source.open(QIODevice::ReadOnly))
+        return image;
+    QByteArray svg = source.readAll();
+    svg.replace("currentColor", color.name(QColor::HexRgb).toLatin1());
+    QSvgRenderer renderer(svg);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setOpacity(color.alphaF());
+    renderer.render(&painter);
+    return image;
+}
+
 } // namespace
 
 IconImageProvider::IconImageProvider() : QQuickImageProvider(QQuickImageProvider::Image) {}
@@ -23,23 +40,6 @@ QImage IconImageProvider::requestImage(const QString& id, QSize* size, const QSi
     QImage image = render(file, color.isValid() ? color : QColor(Qt::white), wanted);
     if (size)
         *size = image.size();
-    return image;
-}
-
-QImage IconImageProvider::render(const QString& file, const QColor& color, const QSize& size)
-{
-    QImage image(size, QImage::Format_ARGB32_Premultiplied);
-    image.fill(Qt::transparent);
-    QFile source(QStringLiteral(":/views/icons/%1.svg").arg(file));
-    if (!source.open(QIODevice::ReadOnly))
-        return image;
-    QByteArray svg = source.readAll();
-    svg.replace("currentColor", color.name(QColor::HexRgb).toLatin1());
-    QSvgRenderer renderer(svg);
-    QPainter painter(&image);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setOpacity(color.alphaF());
-    renderer.render(&painter);
     return image;
 }
 

@@ -14,9 +14,6 @@ public:
     IconImageProvider();
 
     QImage requestImage(const QString& id, QSize* size, const QSize& requestedSize) override;
-
-    // The same rendering for C++ callers (the tray icon).
-    static QImage render(const QString& file, const QColor& color, const QSize& size);
 };
 
 } // namespace navro

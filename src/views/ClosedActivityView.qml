@@ -23,12 +23,7 @@ Item {
     function minutesText(minutes) {
         if (minutes <= 0)
             return arabic ? "الآن" : "now";
-        return arabic ? "بعد " + minutes.toLocaleString(Qt.locale("ar"), "f", 0) + " د"
-                      : "in " + minutes + " min";
-    }
-
-    function timeText(value) {
-        return Qt.formatTime(value, arabic ? "h:mm" : "h:mm AP");
+        return arabic ? "بعد " + Format.number(minutes) + " د" : "in " + Format.number(minutes) + " min";
     }
 
     Item {
@@ -158,7 +153,7 @@ Item {
             horizontalAlignment: Text.AlignRight
             color: Theme.prayer
             text: view.kind === "prayerNow" ? (view.arabic ? "حان الآن" : "now")
-                                            : (view.activity.time ? view.timeText(view.activity.time) : "")
+                                            : (view.activity.time ? Format.time(view.activity.time) : "")
         }
     }
 
@@ -212,7 +207,7 @@ Item {
             color: timerService.state === "finished" ? Theme.success : Theme.warning
             opacity: timerService.state === "paused" ? 0.6 : 1
             text: timerService.state === "finished" ? (view.arabic ? "انتهى الوقت" : "Time's up")
-                                                    : timerService.clockText
+                                                    : Format.digits(timerService.clockText)
         }
     }
 

@@ -40,23 +40,14 @@ Window {
                 Layout.fillWidth: true
                 Layout.margins: 6
                 spacing: 10
-                Rectangle {
-                    width: 30; height: 30; radius: 8
-                    color: Theme.accent
-                    NotchShape {
-                        anchors.horizontalCenter: parent.horizontalCenter
-                        width: 14; height: 5
-                        earRadius: 2; bottomRadius: 2
-                        fill: Theme.notchFill
-                    }
-                }
+                AppIcon { size: 30 }
                 ColumnLayout {
                     spacing: 0
                     Layout.fillWidth: true
                     Text {
-                        text: "Navro"
+                        text: window.arabic ? "نافرو" : "Navro"
                         color: Theme.text
-                        font.family: Theme.latinFontFamily
+                        font.family: Theme.fontFamily
                         font.pixelSize: Theme.titleSize
                         font.weight: Font.Bold
                     }

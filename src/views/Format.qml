@@ -1,0 +1,38 @@
+pragma Singleton
+import QtQuick
+
+// How figures read in the interface's language. In Arabic every number, time and date is written
+// with the "ar" locale's own digits; every view that shows one goes through here, so the rule
+// lives in one place.
+QtObject {
+    readonly property bool arabic: settings.isArabic
+    readonly property var arabicLocale: Qt.locale("ar")
+    readonly property var englishLocale: Qt.locale("en_US")
+    readonly property var locale: arabic ? arabicLocale : englishLocale
+
+    // `text` with its Western digits in the interface's own: for figures that arrive written
+    // already (a clock time from a service, a version number, a key name stays as it is).
+    function digits(text) {
+        const value = String(text);
+        if (!arabic)
+            return value;
+        const zero = arabicLocale.zeroDigit.charCodeAt(0);
+        return value.replace(/[0-9]/g, (digit) => String.fromCharCode(zero + digit.charCodeAt(0) - 48));
+    }
+
+    // A number with `decimals` places (none unless given) and the language's decimal mark.
+    function number(value, decimals) {
+        return digits(Number(value).toLocaleString(locale, "f", decimals === undefined ? 0 : decimals));
+    }
+
+    // A clock time: "3:05 PM" in English, "١٥:٠٥" in Arabic (the 24-hour clock, as prayer
+    // timetables write it).
+    function time(value) {
+        return digits(Qt.formatTime(value, arabic ? "h:mm" : "h:mm AP"));
+    }
+
+    // A date in the language's own words and digits; `format` as for Date.toLocaleDateString.
+    function date(value, format) {
+        return digits(value.toLocaleDateString(locale, format === undefined ? Locale.LongFormat : format));
+    }
+}
