@@ -1,6 +1,7 @@
 import QtQuick
 
-// A segmented choice: one of a few values, each with its label. model: [{value, label}].
+// A segmented choice: one of a few values, each with its label. model: [{value, label}]. Each
+// segment is a control of its own for the keyboard (Tab to it, Space or Return to choose it).
 Rectangle {
     id: strip
     property var model: []
@@ -19,27 +20,32 @@ Rectangle {
         spacing: 2
         Repeater {
             model: strip.model
-            delegate: Rectangle {
+            delegate: Pressable {
+                id: segment
                 readonly property bool selected: strip.current === modelData.value
                 width: Math.max(strip.itemMinimumWidth, label.implicitWidth + 24)
                 height: strip.height - 4
-                radius: Theme.controlRadius - 2
-                color: selected ? Theme.cardBackground : (mouse.containsMouse ? Theme.buttonHover : "transparent")
-                border.color: selected ? Theme.cardBorder : "transparent"
-                Text {
+                text: modelData.label
+                focusRadius: Theme.controlRadius - 2
+                Accessible.role: Accessible.RadioButton
+                Accessible.checked: selected
+                onClicked: strip.chosen(modelData.value)
+
+                background: Rectangle {
+                    radius: Theme.controlRadius - 2
+                    color: segment.selected ? Theme.cardBackground
+                                            : (segment.hovered ? Theme.buttonHover : "transparent")
+                    border.color: segment.selected ? Theme.cardBorder : "transparent"
+                }
+                contentItem: Text {
                     id: label
-                    anchors.centerIn: parent
                     text: modelData.label
                     color: Theme.text
                     font.family: Theme.fontFamily
                     font.pixelSize: Theme.smallSize + 1
-                    font.weight: parent.selected ? Font.DemiBold : Font.Normal
-                }
-                MouseArea {
-                    id: mouse
-                    anchors.fill: parent
-                    hoverEnabled: true
-                    onClicked: strip.chosen(modelData.value)
+                    font.weight: segment.selected ? Font.DemiBold : Font.Normal
+                    horizontalAlignment: Text.AlignHCenter
+                    verticalAlignment: Text.AlignVCenter
                 }
             }
         }

@@ -7,7 +7,7 @@ Rectangle {
     // The corner radius of what it surrounds; the ring's own follows it at its distance.
     property real cornerRadius: Theme.controlRadius
     // Inside the black notch the ring takes the notch's accent.
-    property bool onNotch: false
+    property bool inNotch: false
     property bool shown: parent !== null && parent.visualFocus === true
 
     readonly property real reach: Theme.focusRingGap + Theme.focusRingWidth
@@ -16,7 +16,7 @@ Rectangle {
     radius: cornerRadius > 0 ? cornerRadius + reach : 0
     color: "transparent"
     border.width: Theme.focusRingWidth
-    border.color: onNotch ? Theme.notchFocusRing : Theme.focusRing
+    border.color: inNotch ? Theme.notchFocusRing : Theme.focusRing
     visible: shown
     z: 10
 }

@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Controls
 import QtQuick.Layouts
 
 PageScaffold {
@@ -39,24 +38,21 @@ PageScaffold {
     ColumnLayout {
         Layout.fillWidth: true
         spacing: 6
-        Text {
-            text: page.arabic ? "فتح النوتش" : "Opening the notch"
-            color: Theme.secondaryText
-            font.family: Theme.fontFamily
-            font.pixelSize: Theme.smallSize
-            font.weight: Font.DemiBold
-            Layout.leftMargin: 4
-            Layout.rightMargin: 4
-        }
+        SectionCaption { text: page.arabic ? "فتح النوتش" : "Opening the notch" }
         OpenModeChoice {}
+        SettingsSection {
+            Layout.topMargin: 4
+            HoverDelayRow {}
+        }
     }
 
     SettingsSection {
-        HoverDelayRow {}
         SettingsRow {
             title: page.arabic ? "إظهار النوتش" : "Show the notch"
-            detail: page.arabic ? "يمكنك دائماً فتحه من أيقونة شريط النظام أو بالاختصار Ctrl+Alt+L"
-                                : "You can always open it from the tray icon or with Ctrl+Alt+L"
+            // While the notch is off the hot key has nothing to open; only the tray panel's
+            // action turns it back on.
+            detail: page.arabic ? "ما دام مخفياً لا يفتحه الاختصار Ctrl+Alt+L، ويعيده «فتح النوتش» من قائمة أيقونة شريط النظام."
+                                : "While it is hidden, Ctrl+Alt+L does nothing; Open Notch in the tray icon's menu brings it back."
             NavroSwitch {
                 objectName: "notchEnabledSwitch"
                 checked: settings.notchEnabled
@@ -65,14 +61,13 @@ PageScaffold {
         }
         SettingsRow {
             title: page.arabic ? "التشغيل عند تسجيل الدخول" : "Launch at login"
-            NavroSwitch {
-                id: loginSwitch
-                checked: app.launchAtLogin
-                onToggled: app.setLaunchAtLogin(checked)
-                Connections {
-                    target: app
-                    function onLaunchAtLoginChanged() { loginSwitch.checked = app.launchAtLogin }
-                }
+            LaunchAtLoginSwitch {}
+        }
+        SettingsRow {
+            title: page.arabic ? "صفحات الترحيب" : "Welcome pages"
+            NavroButton {
+                text: page.arabic ? "عرضها مجدداً" : "Show again"
+                onClicked: app.showOnboarding()
             }
         }
     }
@@ -106,14 +101,5 @@ PageScaffold {
         }
     }
     TimerSettingsSection {}
-
-    RowLayout {
-        Layout.fillWidth: true
-        NavroButton {
-            text: page.arabic ? "عرض الترحيب مجدداً" : "Show welcome again"
-            onClicked: app.showOnboarding()
-        }
-        Item { Layout.fillWidth: true }
-    }
-    Item { implicitHeight: 8 }
+    Item { implicitHeight: 4 }
 }

@@ -1,6 +1,5 @@
 import QtQuick
 import QtQuick.Controls
-import QtQuick.Layouts
 
 // How long the pointer must rest on the notch before it opens.
 SettingsRow {
@@ -44,16 +43,18 @@ SettingsRow {
             height: 18
             radius: 9
             color: Theme.knob
-            border.color: Theme.cardBorder
+            border.color: Theme.controlOutline
+            FocusRing {
+                shown: slider.visualFocus
+                cornerRadius: 9
+            }
         }
     }
     Text {
         anchors.verticalCenter: parent.verticalCenter
         width: 52
         horizontalAlignment: Text.AlignRight
-        text: row.arabic
-              ? settings.hoverDelay.toLocaleString(Qt.locale("ar"), "f", 2) + " ث"
-              : settings.hoverDelay.toFixed(2) + " s"
+        text: Format.number(settings.hoverDelay, 2) + (row.arabic ? " ث" : " s")
         color: Theme.secondaryText
         font.family: Theme.fontFamily
         font.pixelSize: Theme.smallSize + 1

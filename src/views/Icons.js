@@ -61,6 +61,7 @@ var files = {
     "plus": "plus",
     "chevron.left": "chevron-left",
     "chevron.right": "chevron-right",
+    "chevron.up.chevron.down": "chevrons-up-down",
     "circle": "circle"
 };
 

@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Layouts
 
 // One action of the menu-bar panel.
-Rectangle {
+Pressable {
     id: row
     property string symbol: "circle"
     property string title: ""
@@ -11,13 +11,16 @@ Rectangle {
 
     Layout.fillWidth: true
     implicitHeight: 32
-    radius: Theme.controlRadius
-    color: mouse.containsMouse ? Theme.selection : "transparent"
+    leftPadding: 10
+    rightPadding: 10
+    text: title
+    onClicked: row.triggered()
 
-    RowLayout {
-        anchors.fill: parent
-        anchors.leftMargin: 10
-        anchors.rightMargin: 10
+    background: Rectangle {
+        radius: Theme.controlRadius
+        color: row.hovered || row.down ? Theme.selection : "transparent"
+    }
+    contentItem: RowLayout {
         spacing: 10
         Icon {
             symbol: row.symbol
@@ -38,11 +41,5 @@ Rectangle {
             font.family: Theme.latinFontFamily
             font.pixelSize: Theme.smallSize
         }
-    }
-    MouseArea {
-        id: mouse
-        anchors.fill: parent
-        hoverEnabled: true
-        onClicked: row.triggered()
     }
 }

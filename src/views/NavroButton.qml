@@ -1,12 +1,12 @@
 import QtQuick
-import QtQuick.Controls
 
 // A push button of the windows: filled with the accent when primary, quiet otherwise.
-Button {
+Pressable {
     id: control
     property bool primary: false
     property string symbol: ""
 
+    implicitWidth: content.implicitWidth + leftPadding + rightPadding
     implicitHeight: 32
     leftPadding: 14
     rightPadding: 14
@@ -14,22 +14,27 @@ Button {
     font.pixelSize: Theme.bodySize
     font.weight: primary ? Font.DemiBold : Font.Normal
 
-    contentItem: Row {
-        spacing: 6
-        layoutDirection: control.mirrored ? Qt.RightToLeft : Qt.LeftToRight
-        Icon {
-            visible: control.symbol !== ""
-            anchors.verticalCenter: parent.verticalCenter
-            symbol: control.symbol
-            color: label.color
-            size: 14
-        }
-        Text {
-            id: label
-            anchors.verticalCenter: parent.verticalCenter
-            text: control.text
-            font: control.font
-            color: control.primary ? Theme.textOnAccent : Theme.text
+    contentItem: Item {
+        implicitWidth: content.implicitWidth
+        Row {
+            id: content
+            anchors.centerIn: parent
+            spacing: 6
+            layoutDirection: control.mirrored ? Qt.RightToLeft : Qt.LeftToRight
+            Icon {
+                visible: control.symbol !== ""
+                anchors.verticalCenter: parent.verticalCenter
+                symbol: control.symbol
+                color: label.color
+                size: 14
+            }
+            Text {
+                id: label
+                anchors.verticalCenter: parent.verticalCenter
+                text: control.text
+                font: control.font
+                color: control.primary ? Theme.textOnAccent : Theme.text
+            }
         }
     }
     background: Rectangle {

@@ -1,13 +1,21 @@
 import QtQuick
 import QtQuick.Controls
 
-// An on/off switch in the windows' theme.
+// An on/off switch in the windows' theme; Space, Return and Enter flip it from the keyboard.
 Switch {
     id: control
     padding: 0
     implicitWidth: 40
     implicitHeight: 24
     text: ""
+
+    // Toggled, as a click would: the page acts on onToggled.
+    function flip() {
+        toggle();
+        toggled();
+    }
+    Keys.onReturnPressed: flip()
+    Keys.onEnterPressed: flip()
 
     indicator: Rectangle {
         implicitWidth: 40
@@ -16,6 +24,7 @@ Switch {
         y: (control.height - height) / 2
         radius: height / 2
         color: control.checked ? Theme.accent : Theme.buttonBackground
+        border.color: control.checked ? Theme.accent : Theme.controlOutline
         opacity: control.enabled ? 1 : 0.5
         Behavior on color { ColorAnimation { duration: Theme.fadeDuration } }
 
@@ -32,4 +41,6 @@ Switch {
         }
     }
     contentItem: Item {}
+
+    FocusRing { cornerRadius: control.height / 2 }
 }

@@ -11,7 +11,7 @@ Pressable {
     implicitWidth: size
     implicitHeight: size
     text: toolTip
-    onNotch: true
+    inNotch: true
     focusRadius: size / 2
 
     background: Rectangle {

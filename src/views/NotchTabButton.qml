@@ -10,7 +10,7 @@ Pressable {
 
     objectName: "tab_" + tabId
     text: title
-    onNotch: true
+    inNotch: true
     focusRadius: Theme.controlRadius + 3
     Accessible.role: Accessible.PageTab
     Accessible.selected: selected

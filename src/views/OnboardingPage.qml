@@ -1,27 +1,39 @@
 import QtQuick
 import QtQuick.Layouts
 
-// One page of onboarding: a symbol, a title, a sentence, and whatever controls it holds.
+// One page of onboarding: a symbol (Navro's own mark when none is given), a title, a sentence,
+// and whatever controls it holds. The symbol and the title sit at the same height on every page,
+// so that only what differs moves when the user goes on.
 ColumnLayout {
     id: page
-    property string symbol: "circle"
+    property string symbol: ""
     property string title: ""
     property string text: ""
     default property alias controls: extra.data
+    readonly property bool arabic: settings.isArabic
     spacing: 14
 
-    Item { Layout.fillHeight: true }
-    Rectangle {
+    Item { implicitHeight: 8 }
+    Item {
         Layout.alignment: Qt.AlignHCenter
-        width: 64
-        height: 64
-        radius: 16
-        color: Theme.accent
-        Icon {
+        implicitWidth: 64
+        implicitHeight: 64
+        AppIcon {
+            visible: page.symbol === ""
             anchors.centerIn: parent
-            symbol: page.symbol
-            color: Theme.textOnAccent
-            size: 30
+            size: 72
+        }
+        Rectangle {
+            visible: page.symbol !== ""
+            anchors.fill: parent
+            radius: 16
+            color: Theme.accent
+            Icon {
+                anchors.centerIn: parent
+                symbol: page.symbol
+                color: Theme.textOnAccent
+                size: 30
+            }
         }
     }
     Text {
@@ -34,17 +46,17 @@ ColumnLayout {
         font.weight: Font.Bold
         wrapMode: Text.WordWrap
     }
-    Text {
+    Paragraph {
         Layout.fillWidth: true
         Layout.leftMargin: 20
         Layout.rightMargin: 20
         horizontalAlignment: Text.AlignHCenter
-        text: page.text
+        content: page.text
         color: Theme.secondaryText
         font.family: Theme.fontFamily
         font.pixelSize: Theme.bodySize + 1
-        wrapMode: Text.WordWrap
-        lineHeight: 1.2
+        // Arabic letters come with tall lines of their own; more air would only loosen them.
+        lineHeight: page.arabic ? 1.0 : 1.2
     }
     ColumnLayout {
         id: extra

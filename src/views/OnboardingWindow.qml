@@ -10,13 +10,19 @@ Window {
     readonly property int pageCount: 5
     property int page: 0
     width: 560
-    height: 480
+    height: 520
     minimumWidth: 520
-    minimumHeight: 440
+    minimumHeight: 500
     title: arabic ? "مرحباً بك في نافرو" : "Welcome to Navro"
     color: Theme.windowBackground
 
-    onVisibleChanged: if (visible) page = 0
+    // Return presses the focused button: Continue unless the user tabbed elsewhere.
+    onVisibleChanged: {
+        if (visible) {
+            page = 0;
+            continueButton.forceActiveFocus();
+        }
+    }
 
     Item {
         anchors.fill: parent
@@ -32,7 +38,6 @@ Window {
 
             // Welcome
             OnboardingPage {
-                symbol: "sparkles"
                 title: window.arabic ? "مرحباً بك في نافرو" : "Welcome to Navro"
                 text: window.arabic
                       ? "يحوّل نافرو أعلى شاشتك إلى لوحة حيّة صغيرة، النوتش: يعرض ما يجري الآن، وينفتح على موسيقاك ومواعيدك وملاحظاتك وحافظتك."
@@ -67,17 +72,8 @@ Window {
                 title: window.arabic ? "كيف يُفتح النوتش" : "How the notch opens"
                 text: window.arabic ? "اختر الطريقة التي تناسبك." : "Pick what suits you."
                 OpenModeChoice { Layout.fillWidth: true }
-                Rectangle {
-                    Layout.fillWidth: true
-                    implicitHeight: delayRow.implicitHeight + 12
-                    radius: Theme.cardRadius
-                    color: Theme.cardBackground
-                    border.color: Theme.cardBorder
-                    ColumnLayout {
-                        anchors.fill: parent
-                        anchors.margins: 6
-                        HoverDelayRow { id: delayRow }
-                    }
+                SettingsSection {
+                    HoverDelayRow {}
                 }
             }
 
@@ -87,27 +83,10 @@ Window {
                 title: window.arabic ? "التشغيل عند تسجيل الدخول" : "Launch at login"
                 text: window.arabic ? "ليكون النوتش جاهزاً في كل مرة تبدأ فيها جلستك."
                                     : "So the notch is ready every time your session starts."
-                Rectangle {
-                    Layout.fillWidth: true
-                    implicitHeight: 52
-                    radius: Theme.cardRadius
-                    color: Theme.cardBackground
-                    border.color: Theme.cardBorder
-                    ColumnLayout {
-                        anchors.fill: parent
-                        anchors.margins: 6
-                        SettingsRow {
-                            title: window.arabic ? "تشغيل نافرو عند تسجيل الدخول" : "Start Navro when I log in"
-                            NavroSwitch {
-                                id: loginSwitch
-                                checked: app.launchAtLogin
-                                onToggled: app.setLaunchAtLogin(checked)
-                                Connections {
-                                    target: app
-                                    function onLaunchAtLoginChanged() { loginSwitch.checked = app.launchAtLogin }
-                                }
-                            }
-                        }
+                SettingsSection {
+                    SettingsRow {
+                        title: window.arabic ? "تشغيل نافرو عند تسجيل الدخول" : "Start Navro when I log in"
+                        LaunchAtLoginSwitch {}
                     }
                 }
             }
@@ -122,19 +101,21 @@ Window {
             }
         }
 
-        RowLayout {
+        // The page dots stay in the middle whether or not there is a way back.
+        Item {
             id: footer
             anchors { left: parent.left; right: parent.right; bottom: parent.bottom; margins: 20 }
             height: 36
 
             NavroButton {
                 objectName: "backButton"
+                anchors { left: parent.left; verticalCenter: parent.verticalCenter }
                 text: window.arabic ? "رجوع" : "Back"
                 visible: window.page > 0
                 onClicked: window.page -= 1
             }
-            Item { Layout.fillWidth: true }
             Row {
+                anchors.centerIn: parent
                 spacing: 6
                 Repeater {
                     model: window.pageCount
@@ -147,9 +128,10 @@ Window {
                     }
                 }
             }
-            Item { Layout.fillWidth: true }
             NavroButton {
+                id: continueButton
                 objectName: "continueButton"
+                anchors { right: parent.right; verticalCenter: parent.verticalCenter }
                 primary: true
                 text: window.page === window.pageCount - 1
                       ? (window.arabic ? "ابدأ" : "Get Started")

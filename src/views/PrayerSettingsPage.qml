@@ -1,11 +1,11 @@
 import QtQuick
 import QtQuick.Controls
 import QtQuick.Layouts
-import QtQml.Models
 
-// The prayer settings: the city (from the built-in table, grouped by country), the calculation
-// method and the Asr method. Choosing a city also switches to the method its authorities use; the
-// method can still be changed afterwards.
+// The prayer settings: today's times first (so a change shows its effect where the page opens),
+// then the city (from the built-in table, grouped by country), the calculation method and the
+// Asr method. Choosing a city also switches to the method its authorities use; the method can
+// still be changed afterwards.
 Item {
     id: page
 
@@ -15,9 +15,6 @@ Item {
 
     implicitWidth: 440
     implicitHeight: column.implicitHeight
-
-    LayoutMirroring.enabled: arabic
-    LayoutMirroring.childrenInherit: true
 
     // Flat rows with their country, so the list can draw one header per country.
     ListModel { id: cityModel }
@@ -42,6 +39,14 @@ Item {
         return -1
     }
 
+    // The arrow keys choose the city above or below, as in any list box.
+    function chooseCityAt(index) {
+        if (!prayer || index < 0 || index >= cityModel.count)
+            return
+        prayer.chooseCity(cityModel.get(index).cityID)
+        cityList.positionViewAtIndex(index, ListView.Contain)
+    }
+
     // Rebuilt with the language so the titles follow it.
     readonly property var methodList: {
         page.arabic
@@ -51,21 +56,18 @@ Item {
     Component.onCompleted: fillCities()
     onArabicChanged: fillCities()
 
-    component SectionTitle: Label {
+    component SectionTitle: Text {
         color: Theme.text
         font.family: Theme.fontFamily
         font.pixelSize: Theme.bodySize
         font.bold: true
-        horizontalAlignment: Text.AlignLeft
         Layout.fillWidth: true
     }
 
-    component Note: Label {
+    component Note: Paragraph {
         color: Theme.secondaryText
         font.family: Theme.fontFamily
         font.pixelSize: Theme.smallSize
-        wrapMode: Text.WordWrap
-        horizontalAlignment: Text.AlignLeft
         Layout.fillWidth: true
     }
 
@@ -75,32 +77,99 @@ Item {
         anchors.right: parent.right
         spacing: Theme.spacing
 
-        SectionTitle { text: page.arabic ? "المدينة" : "City" }
-
+        // Today's times for the chosen city.
+        SectionTitle {
+            visible: !!prayer
+            text: !prayer ? "" : page.arabic ? ("اليوم في " + prayer.cityArabic)
+                                             : ("Today in " + prayer.cityEnglish)
+        }
         Rectangle {
+            visible: !!prayer
             Layout.fillWidth: true
-            Layout.preferredHeight: 220
+            implicitHeight: times.implicitHeight + 20
             radius: Theme.cardRadius
             color: Theme.cardBackground
             border.color: Theme.cardBorder
-            clip: true
+
+            RowLayout {
+                id: times
+                objectName: "prayerTimes"
+                anchors { left: parent.left; right: parent.right; verticalCenter: parent.verticalCenter }
+                anchors.leftMargin: 12
+                anchors.rightMargin: 12
+                spacing: 4
+
+                Repeater {
+                    model: prayer ? prayer.todayTimes : []
+                    delegate: Column {
+                        required property var modelData
+                        readonly property bool next: prayer && modelData.prayer === prayer.nextPrayer
+                        Layout.fillWidth: true
+                        Layout.preferredWidth: 1
+                        spacing: 2
+                        Text {
+                            anchors.horizontalCenter: parent.horizontalCenter
+                            text: page.arabic ? modelData.titleArabic : modelData.titleEnglish
+                            color: parent.next ? Theme.accentText : Theme.secondaryText
+                            font.family: Theme.fontFamily
+                            font.pixelSize: Theme.smallSize
+                            font.weight: parent.next ? Font.DemiBold : Font.Normal
+                        }
+                        Text {
+                            anchors.horizontalCenter: parent.horizontalCenter
+                            text: Format.digits(modelData.clock)
+                            color: parent.next ? Theme.accentText : Theme.text
+                            font.family: Theme.fontFamily
+                            font.pixelSize: Theme.bodySize
+                            font.weight: parent.next ? Font.DemiBold : Font.Normal
+                        }
+                    }
+                }
+            }
+        }
+
+        SectionTitle {
+            Layout.topMargin: 6
+            text: page.arabic ? "المدينة" : "City"
+        }
+
+        Rectangle {
+            id: cityCard
+            Layout.fillWidth: true
+            Layout.preferredHeight: 172
+            radius: Theme.cardRadius
+            color: Theme.cardBackground
+            border.color: Theme.cardBorder
+
+            FocusRing {
+                shown: cityList.activeFocus
+                cornerRadius: Theme.cardRadius
+            }
 
             ListView {
                 id: cityList
                 objectName: "prayerCityList"
                 anchors.fill: parent
                 anchors.margins: 1
+                clip: true
                 model: cityModel
                 boundsBehavior: Flickable.StopAtBounds
                 currentIndex: page.indexOfCity(page.cityID)
                 highlightMoveDuration: 0
                 interactive: contentHeight > height
-                ScrollBar.vertical: ScrollBar {}
+                activeFocusOnTab: true
+                keyNavigationEnabled: false
+                ScrollBar.vertical: NavroScrollBar {}
+                Accessible.role: Accessible.List
+                Accessible.name: page.arabic ? "المدينة" : "City"
+
+                Keys.onUpPressed: page.chooseCityAt(currentIndex - 1)
+                Keys.onDownPressed: page.chooseCityAt(currentIndex + 1)
 
                 Component.onCompleted: positionViewAtIndex(currentIndex, ListView.Center)
 
                 section.property: "country"
-                section.delegate: Label {
+                section.delegate: Text {
                     required property string section
                     width: ListView.view.width
                     text: section
@@ -112,7 +181,6 @@ Item {
                     font.family: Theme.fontFamily
                     font.pixelSize: Theme.captionSize
                     font.bold: true
-                    horizontalAlignment: Text.AlignLeft
                 }
 
                 delegate: ItemDelegate {
@@ -125,6 +193,8 @@ Item {
                     width: ListView.view.width
                     height: 28
                     highlighted: chosen
+                    // The list as a whole takes the keyboard; its rows are not stops of their own.
+                    focusPolicy: Qt.NoFocus
                     onClicked: if (prayer) prayer.chooseCity(cityID)
 
                     background: Rectangle {
@@ -135,7 +205,7 @@ Item {
                         anchors.leftMargin: 4
                         anchors.rightMargin: 4
                     }
-                    contentItem: Label {
+                    contentItem: Text {
                         text: cityRow.name
                         leftPadding: 12
                         rightPadding: 12
@@ -150,18 +220,19 @@ Item {
         }
 
         Note {
-            text: page.arabic ? "اختيار المدينة يضبط طريقة الحساب المعتمدة فيها أيضاً."
-                              : "Choosing a city also sets the calculation method used there."
+            content: page.arabic ? "اختيار المدينة يضبط طريقة الحساب المعتمدة فيها أيضاً."
+                                 : "Choosing a city also sets the calculation method used there."
         }
 
-        SectionTitle { text: page.arabic ? "طريقة الحساب" : "Calculation method" }
+        SectionTitle {
+            Layout.topMargin: 6
+            text: page.arabic ? "طريقة الحساب" : "Calculation method"
+        }
 
-        ComboBox {
+        NavroComboBox {
             id: methodBox
             objectName: "prayerMethodBox"
             Layout.fillWidth: true
-            font.family: Theme.fontFamily
-            font.pixelSize: Theme.bodySize
             model: page.methodList
             textRole: "title"
             valueRole: "id"
@@ -170,72 +241,25 @@ Item {
             onActivated: settings.prayerMethod = currentValue
         }
 
-        SectionTitle { text: page.arabic ? "وقت العصر" : "Asr time" }
+        SectionTitle {
+            Layout.topMargin: 6
+            text: page.arabic ? "وقت العصر" : "Asr time"
+        }
 
-        RowLayout {
-            Layout.fillWidth: true
-            spacing: Theme.spacing
-
-            ButtonGroup { id: asrGroup }
-
-            RadioButton {
-                objectName: "asrStandard"
-                ButtonGroup.group: asrGroup
-                text: page.arabic ? "الجمهور" : "Standard"
-                font.family: Theme.fontFamily
-                font.pixelSize: Theme.bodySize
-                checked: settings.asrMethod === "standard"
-                onClicked: settings.asrMethod = "standard"
-            }
-            RadioButton {
-                objectName: "asrHanafi"
-                ButtonGroup.group: asrGroup
-                text: page.arabic ? "الحنفي" : "Hanafi"
-                font.family: Theme.fontFamily
-                font.pixelSize: Theme.bodySize
-                checked: settings.asrMethod === "hanafi"
-                onClicked: settings.asrMethod = "hanafi"
-            }
-            Item { Layout.fillWidth: true }
+        ChoiceStrip {
+            objectName: "asrChoice"
+            current: settings.asrMethod
+            model: [
+                { "value": "standard", "label": page.arabic ? "الجمهور" : "Standard" },
+                { "value": "hanafi", "label": page.arabic ? "الحنفي" : "Hanafi" }
+            ]
+            onChosen: (value) => settings.asrMethod = value
         }
 
         Note {
-            text: page.arabic
-                  ? "الحنفي: حين يبلغ الظل مثلي طول الشيء، فيتأخر العصر."
-                  : "Hanafi: when a shadow is twice an object's length, so Asr comes later."
-        }
-
-        // Today's times for the chosen city, so a change shows its effect at once.
-        SectionTitle {
-            visible: !!prayer
-            text: !prayer ? "" : page.arabic ? ("اليوم في " + prayer.cityArabic)
-                                             : ("Today in " + prayer.cityEnglish)
-        }
-
-        Flow {
-            Layout.fillWidth: true
-            spacing: Theme.spacing
-
-            Repeater {
-                model: prayer ? prayer.todayTimes : []
-                delegate: Column {
-                    required property var modelData
-                    spacing: 2
-                    Label {
-                        text: page.arabic ? modelData.titleArabic : modelData.titleEnglish
-                        color: prayer && modelData.prayer === prayer.nextPrayer ? Theme.accent
-                                                                      : Theme.secondaryText
-                        font.family: Theme.fontFamily
-                        font.pixelSize: Theme.smallSize
-                    }
-                    Label {
-                        text: modelData.clock
-                        color: Theme.text
-                        font.family: Theme.fontFamily
-                        font.pixelSize: Theme.bodySize
-                    }
-                }
-            }
+            content: page.arabic
+                     ? "الحنفي: حين يبلغ الظل مثلي طول الشيء، فيتأخر العصر."
+                     : "Hanafi: when a shadow is twice an object's length, so Asr comes later."
         }
     }
 }

@@ -9,7 +9,7 @@ AbstractButton {
     id: control
     // The corner radius of the control's shape, for its focus ring.
     property alias focusRadius: ring.cornerRadius
-    property alias onNotch: ring.onNotch
+    property alias inNotch: ring.inNotch
 
     focusPolicy: Qt.StrongFocus
     hoverEnabled: true

@@ -9,27 +9,27 @@ ColumnLayout {
     spacing: 6
     Layout.fillWidth: true
 
-    Text {
+    SectionCaption {
         visible: section.title !== ""
         text: section.title
-        color: Theme.secondaryText
-        font.family: Theme.fontFamily
-        font.pixelSize: Theme.smallSize
-        font.weight: Font.DemiBold
-        Layout.leftMargin: 4
-        Layout.rightMargin: 4
     }
     Rectangle {
         Layout.fillWidth: true
-        implicitHeight: card.implicitHeight + 16
+        // Never squeezed below its rows by a page short of room.
+        Layout.minimumHeight: implicitHeight
+        implicitHeight: card.implicitHeight + 8
         radius: Theme.cardRadius
         color: Theme.cardBackground
         border.color: Theme.cardBorder
         border.width: 1
         ColumnLayout {
             id: card
-            anchors { left: parent.left; right: parent.right; top: parent.top; margins: 8 }
-            spacing: 4
+            anchors { left: parent.left; right: parent.right; top: parent.top }
+            anchors.leftMargin: 8
+            anchors.rightMargin: 8
+            anchors.topMargin: 4
+            // The rows draw their own separators.
+            spacing: 0
         }
     }
 }

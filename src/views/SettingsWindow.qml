@@ -7,10 +7,10 @@ import QtQuick.Window
 Window {
     id: window
     readonly property bool arabic: settings.isArabic
-    width: 700
-    height: 540
-    minimumWidth: 620
-    minimumHeight: 460
+    width: 720
+    height: 600
+    minimumWidth: 640
+    minimumHeight: 480
     title: arabic ? "إعدادات نافرو" : "Navro Settings"
     color: Theme.windowBackground
 
@@ -35,36 +35,40 @@ Window {
                         { "page": "prayer", "symbol": "moon", "title": ["Prayer", "الصلاة"] },
                         { "page": "about", "symbol": "info.circle", "title": ["About", "حول"] }
                     ]
-                    delegate: Rectangle {
+                    delegate: Pressable {
+                        id: entry
                         readonly property bool selected: settings.settingsPage === modelData.page
                         objectName: "page_" + modelData.page
                         width: parent.width
                         height: 34
-                        radius: Theme.controlRadius
-                        color: selected ? Theme.selection : (mouse.containsMouse ? Theme.buttonBackground : "transparent")
-                        Row {
-                            anchors { left: parent.left; leftMargin: 10; verticalCenter: parent.verticalCenter }
+                        leftPadding: 10
+                        rightPadding: 10
+                        text: modelData.title[window.arabic ? 1 : 0]
+                        Accessible.role: Accessible.PageTab
+                        Accessible.selected: selected
+                        onClicked: settings.settingsPage = modelData.page
+
+                        background: Rectangle {
+                            radius: Theme.controlRadius
+                            color: entry.selected ? Theme.selection
+                                                  : (entry.hovered ? Theme.buttonBackground : "transparent")
+                        }
+                        contentItem: Row {
                             spacing: 10
                             Icon {
                                 anchors.verticalCenter: parent.verticalCenter
                                 symbol: modelData.symbol
-                                color: parent.parent.selected ? Theme.accent : Theme.secondaryText
+                                color: entry.selected ? Theme.accentText : Theme.secondaryText
                                 size: 16
                             }
                             Text {
                                 anchors.verticalCenter: parent.verticalCenter
-                                text: modelData.title[window.arabic ? 1 : 0]
+                                text: entry.text
                                 color: Theme.text
                                 font.family: Theme.fontFamily
                                 font.pixelSize: Theme.bodySize
-                                font.weight: parent.parent.selected ? Font.DemiBold : Font.Normal
+                                font.weight: entry.selected ? Font.DemiBold : Font.Normal
                             }
-                        }
-                        MouseArea {
-                            id: mouse
-                            anchors.fill: parent
-                            hoverEnabled: true
-                            onClicked: settings.settingsPage = modelData.page
                         }
                     }
                 }

@@ -83,6 +83,8 @@ QtObject {
     readonly property color textOnAccent: "#ffffff"
     readonly property color knob: "#ffffff"
     readonly property color knobBorder: Qt.rgba(0, 0, 0, 0.12)
+    // The edge of a control that is off or unchosen (a switch, a radio mark): 3:1 on cards.
+    readonly property color controlOutline: "#8e8e93"
     readonly property color scrollBar: dark ? Qt.rgba(1, 1, 1, 0.35) : Qt.rgba(0, 0, 0, 0.35)
     readonly property int windowRadius: 12
     readonly property int cardRadius: 10

@@ -429,6 +429,8 @@ navro_panel_shown() {
 
 # window_rect ID: "X Y W H" of a window's inside, in root coordinates.
 window_rect() {
+    # Without an id xwininfo would wait for a click on some window.
+    [ -n "$1" ] || return 1
     xwininfo -id "$1" | awk '
         /Absolute upper-left X/ { x = $NF } /Absolute upper-left Y/ { y = $NF }
         /Width:/ { w = $NF } /Height:/ { h = $NF }
@@ -452,19 +454,30 @@ window_screenshot() {
     crop_screenshot "$2" $rect
 }
 
-# tray_icon_centre: "X Y" of the tray host's panel once an icon has been docked in it.
-tray_icon_centre() {
-    local id info
+# tray_cell_rect: "X Y W H" of the tray host's panel once an icon has been docked in it.
+tray_cell_rect() {
+    local id rect w h
     for id in $(xdotool search --class trayer 2>/dev/null); do
-        info=$(xwininfo -id "$id")
-        echo "$info" | grep -q 'IsViewable' || continue
-        echo "$info" | awk '
-            /Absolute upper-left X/ { x = $NF } /Absolute upper-left Y/ { y = $NF }
-            /Width:/ { w = $NF } /Height:/ { h = $NF }
-            END { if (w >= 16 && h >= 16) print int(x + w / 2), int(y + h / 2); else exit 1 }' &&
-            return 0
+        xwininfo -id "$id" | grep -q 'IsViewable' || continue
+        rect=$(window_rect "$id") || continue
+        read -r _ _ w h <<<"$rect"
+        [ "$w" -ge 16 ] && [ "$h" -ge 16 ] && { echo "$rect"; return 0; }
     done
     return 1
+}
+
+# tray_icon_centre: "X Y" of the tray host's panel once an icon has been docked in it.
+tray_icon_centre() {
+    local x y w h
+    read -r x y w h < <(tray_cell_rect) || return 1
+    echo $((x + w / 2)) $((y + h / 2))
+}
+
+# tray_start TINT: a tray host along the top edge, painted RRGGBB.
+tray_start() {
+    desktop_spawn trayer trayer --edge top --align right --widthtype request --height 24 \
+        --transparent true --alpha 0 --tint "0x$1" --SetDockType true --SetPartialStrut false
+    wait_until 10 "the tray host" desktop_has_selection_owner _NET_SYSTEM_TRAY_S0
 }
 
 # --- Sound and stand-in services ---------------------------------------------------------------
