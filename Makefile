@@ -6,7 +6,7 @@ FUZZ_SECONDS ?= 20
 # A compiler cache speeds up rebuilds where one is installed; the build needs none.
 LAUNCHER := $(if $(shell command -v ccache),-DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
 
-.PHONY: deps configure build run test sanitize fuzz bench format clean
+.PHONY: deps configure build run screenshots test sanitize fuzz bench format clean
 
 deps:
 	@scripts/install-deps.sh
@@ -19,6 +19,10 @@ build: configure
 
 run: build
 	@scripts/run.sh $(BUILD_DIR)
+
+# Every window and page, in both languages and themes, on a virtual desktop (build/screenshots/).
+screenshots: build
+	@scripts/screenshots.sh $(BUILD_DIR)
 
 test: build
 	@cd $(BUILD_DIR) && ctest --output-on-failure -j $(JOBS)
