@@ -1,7 +1,6 @@
 import QtQuick
 import QtQuick.Controls
 import QtQuick.Layouts
-import "LocalDigits.js" as Digits
 
 // A date on a month's grid and a time of day (24-hour), confirmed with Set or dismissed with
 // Cancel. From the keyboard: arrows move the day (Page Up/Down the month) while the grid has the
@@ -81,7 +80,7 @@ Popup {
                     Layout.fillWidth: true
                     horizontalAlignment: Text.AlignHCenter
                     text: Qt.locale(picker.arabic ? "ar" : "en").standaloneMonthName(picker.month - 1)
-                          + " " + Digits.write(picker.year, picker.arabic)
+                          + " " + Format.digits(picker.year)
                     color: Theme.notchText
                     font.family: Theme.fontFamily
                     font.pixelSize: Theme.smallSize + 1
@@ -142,14 +141,14 @@ Popup {
                     readonly property bool chosen: day === picker.day && month === picker.month - 1
                                                    && year === picker.year
                     radius: height / 2
-                    color: chosen ? Theme.notchAccent : "transparent"
+                    color: chosen ? Theme.notchAccentFill : "transparent"
                     border.color: chosen && grid.activeFocus ? Theme.notchText : "transparent"
                     Text {
                         anchors.centerIn: parent
-                        text: Digits.write(parent.day, picker.arabic)
+                        text: Format.digits(parent.day)
                         color: parent.chosen ? Theme.textOnAccent
                              : parent.month === picker.month - 1 ? (parent.today ? Theme.notchAccent : Theme.notchText)
-                             : Theme.notchTertiaryText
+                             : Theme.notchSecondaryText
                         font.family: Theme.fontFamily
                         font.pixelSize: Theme.captionSize + 1
                     }

@@ -20,6 +20,17 @@ QtObject {
         return value.replace(/[0-9]/g, (digit) => String.fromCharCode(zero + digit.charCodeAt(0) - 48));
     }
 
+    // A whole number on at least two places, as an hour or a minute is shown in a field.
+    function twoDigits(value) {
+        return digits(value < 10 ? "0" + value : String(value));
+    }
+
+    // What the user typed, in either kind of digits, as a number (NaN if it is not one).
+    function read(text) {
+        return Number(String(text).replace(/[\u0660-\u0669\u06f0-\u06f9]/g,
+                                           (digit) => String((digit.charCodeAt(0) - 0x0660) % 0x90)));
+    }
+
     // A number with `decimals` places (none unless given) and the language's decimal mark.
     function number(value, decimals) {
         return digits(Number(value).toLocaleString(locale, "f", decimals === undefined ? 0 : decimals));

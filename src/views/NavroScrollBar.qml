@@ -5,6 +5,8 @@ import QtQuick.Controls
 // page or list that goes on below its edge says so.
 ScrollBar {
     id: bar
+    // On the black notch the thumb is always light, whatever the windows' theme.
+    property bool inNotch: false
     policy: size < 1 ? ScrollBar.AlwaysOn : ScrollBar.AlwaysOff
     padding: 2
     minimumSize: 0.1
@@ -13,7 +15,7 @@ ScrollBar {
         implicitWidth: bar.hovered || bar.pressed ? 8 : 6
         implicitHeight: implicitWidth
         radius: width / 2
-        color: Theme.scrollBar
+        color: inNotch ? Theme.notchScrollBar : Theme.scrollBar
         opacity: bar.pressed ? 1 : (bar.hovered ? 0.9 : 0.7)
         Behavior on implicitWidth { NumberAnimation { duration: Theme.fadeDuration } }
     }

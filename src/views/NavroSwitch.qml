@@ -8,6 +8,7 @@ Switch {
     implicitWidth: 40
     implicitHeight: 24
     text: ""
+    property alias inNotch: ring.inNotch
 
     // Toggled, as a click would: the page acts on onToggled.
     function flip() {
@@ -42,5 +43,8 @@ Switch {
     }
     contentItem: Item {}
 
-    FocusRing { cornerRadius: control.height / 2 }
+    FocusRing {
+        id: ring
+        cornerRadius: control.height / 2
+    }
 }

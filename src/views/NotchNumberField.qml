@@ -1,6 +1,5 @@
 import QtQuick
 import QtQuick.Controls
-import "LocalDigits.js" as Digits
 
 // A two-digit number on the notch (an hour, a minute): typed, or stepped with Up and Down, which
 // wrap around at the ends.
@@ -19,7 +18,7 @@ TextField {
         value = from + ((value - from + by) % span + span) % span;
     }
     function showValue() {
-        text = Digits.twoDigits(value, settings.isArabic);
+        text = Format.twoDigits(value);
     }
 
     implicitWidth: 38
@@ -29,7 +28,7 @@ TextField {
     inputMethodHints: Qt.ImhDigitsOnly
     selectByMouse: true
     color: Theme.notchText
-    selectionColor: Theme.notchAccent
+    selectionColor: Theme.notchAccentFill
     selectedTextColor: Theme.textOnAccent
     font.family: Theme.fontFamily
     font.pixelSize: Theme.bodySize
@@ -38,7 +37,7 @@ TextField {
     Component.onCompleted: showValue()
     onValueChanged: if (!typing) showValue()
     onTextEdited: {
-        var typed = Digits.read(text);
+        var typed = Format.read(text);
         if (text === "" || isNaN(typed) || typed < from || typed > to)
             return;
         typing = true;

@@ -50,12 +50,15 @@ Button {
     background: Rectangle {
         radius: height / 2
         color: control.primary
-               ? (control.down ? Qt.darker(Theme.notchAccent, 1.2) : Theme.notchAccent)
+               ? (control.down ? Qt.darker(Theme.notchAccentFill, 1.2) : Theme.notchAccentFill)
                : (control.down ? Theme.notchSelection
                                : (control.hovered ? Theme.notchControlHover : Theme.notchControl))
-        border.width: control.visualFocus ? 2 : 0
-        border.color: Theme.notchText
         opacity: control.enabled ? 1 : 0.5
+    }
+
+    FocusRing {
+        inNotch: true
+        cornerRadius: control.height / 2
     }
 
     Accessible.name: text

@@ -107,14 +107,9 @@ Item {
     }
     Component.onDestruction: if (watching) notes.stopWatchingList()
 
-    // Opened again on this tab, the cursor is in the add field (typing reaches it once the notch
-    // has the keyboard).
-    Connections {
-        target: notch
-        function onStatusChanged() {
-            if (notch.isOpen)
-                addField.forceActiveFocus();
-        }
+    // Whenever the notch takes the keyboard on this tab, the cursor is in the add field.
+    function takeKeyboard(reason) {
+        addField.forceActiveFocus(reason);
     }
 
     ColumnLayout {
@@ -133,7 +128,7 @@ Item {
                 placeholderText: tab.arabic ? "أضف مهمة" : "Add a to-do"
                 placeholderTextColor: Theme.notchSecondaryText
                 color: Theme.notchText
-                selectionColor: Theme.notchAccent
+                selectionColor: Theme.notchAccentFill
                 selectedTextColor: Theme.textOnAccent
                 font.family: Theme.fontFamily
                 font.pixelSize: Theme.bodySize
@@ -223,7 +218,7 @@ Item {
             keyNavigationEnabled: true
             highlightFollowsCurrentItem: false
             boundsBehavior: Flickable.StopAtBounds
-            ScrollBar.vertical: ScrollBar { policy: ScrollBar.AsNeeded }
+            ScrollBar.vertical: NavroScrollBar { inNotch: true }
 
             delegate: TodoRow {
                 onPriorityMenuRequested: (anchor) => tab.openPriorityMenu(todoId, priority, anchor)
@@ -268,7 +263,7 @@ Item {
                 anchors.centerIn: parent
                 visible: list.count === 0
                 text: tab.arabic ? "لا توجد مهام" : "No to-dos"
-                color: Theme.notchTertiaryText
+                color: Theme.notchSecondaryText
                 font.family: Theme.fontFamily
                 font.pixelSize: Theme.bodySize - 1
             }
@@ -289,7 +284,7 @@ Item {
                 placeholderText: tab.arabic ? "ملاحظة سريعة" : "Scratch note"
                 placeholderTextColor: Theme.notchSecondaryText
                 color: Theme.notchText
-                selectionColor: Theme.notchAccent
+                selectionColor: Theme.notchAccentFill
                 selectedTextColor: Theme.textOnAccent
                 font.family: Theme.fontFamily
                 font.pixelSize: Theme.smallSize + 1

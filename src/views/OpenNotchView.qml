@@ -10,12 +10,20 @@ Item {
     id: panel
     readonly property bool arabic: settings.isArabic
 
-    // The notch has just taken the keyboard: the selected tab gets focus, and shows it unless
-    // the pointer is on the notch (a click opened it, and a ring would only be noise).
+    // The notch has just taken the keyboard: the selected tab's view puts the focus on the
+    // control a user most likely wants (a tab view offers that as `takeKeyboard(reason)`), else
+    // the selected tab's button gets it. The ring shows unless the pointer is on the notch (a
+    // click opened it, and a ring would only be noise).
     readonly property bool hasKeyboard: notch.isOpen && Window.active
     onHasKeyboardChanged: {
-        if (hasKeyboard)
-            focusSelectedTab(notch.isHovering ? Qt.MouseFocusReason : Qt.TabFocusReason);
+        if (!hasKeyboard)
+            return;
+        const reason = notch.isHovering ? Qt.MouseFocusReason : Qt.TabFocusReason;
+        const view = content.item ? content.item.item : null;
+        if (view && typeof view.takeKeyboard === "function")
+            view.takeKeyboard(reason);
+        else
+            focusSelectedTab(reason);
     }
 
     function focusSelectedTab(reason) {

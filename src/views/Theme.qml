@@ -59,6 +59,9 @@ QtObject {
     readonly property color accent: dark ? "#0a6ad8" : "#0062cc"
     readonly property color accentText: dark ? "#5eacff" : "#0062cc"
     readonly property color notchAccent: "#0a84ff"
+    // Under white text on the notch (a main button, a chosen day, selected text): the notch's
+    // accent is too light for that.
+    readonly property color notchAccentFill: "#0a6ad8"
     readonly property color recording: "#ff453a"
     readonly property color success: "#30d158"
     readonly property color warning: "#ffd60a"
@@ -86,6 +89,7 @@ QtObject {
     // The edge of a control that is off or unchosen (a switch, a radio mark): 3:1 on cards.
     readonly property color controlOutline: "#8e8e93"
     readonly property color scrollBar: dark ? Qt.rgba(1, 1, 1, 0.35) : Qt.rgba(0, 0, 0, 0.35)
+    readonly property color notchScrollBar: Qt.rgba(1, 1, 1, 0.35)
     readonly property int windowRadius: 12
     readonly property int cardRadius: 10
     readonly property int controlRadius: 7

@@ -63,7 +63,7 @@ SettingsSection {
         ]
         delegate: SettingsRow {
             title: modelData.title[section.arabic ? 1 : 0]
-            ComboBox {
+            NavroComboBox {
                 id: choice
                 objectName: modelData.key + "Choice"
                 readonly property string current: settings[modelData.key]

@@ -21,8 +21,7 @@ Item {
 
     function number(value) {
         var decimals = Math.round(value) === value ? 0 : 2;
-        return arabic ? value.toLocaleString(Qt.locale("ar"), "f", decimals)
-                      : value.toFixed(decimals);
+        return Format.number(value, decimals);
     }
 
     // Minutes typed in either set of digits, with either decimal mark; 0 when not a length.
@@ -43,11 +42,14 @@ Item {
 
     // The keyboard starts on the control a user most likely wants next, and follows it as the
     // phase changes (the control it was on may have gone).
-    function focusMainControl() {
+    function focusMainControl(reason) {
         var control = phase === "idle" ? startButton
                     : phase === "running" ? pauseButton
                     : phase === "paused" ? resumeButton : closeButton;
-        control.forceActiveFocus();
+        control.forceActiveFocus(reason === undefined ? Qt.OtherFocusReason : reason);
+    }
+    function takeKeyboard(reason) {
+        focusMainControl(reason);
     }
     Component.onCompleted: focusMainControl()
     onPhaseChanged: focusMainControl()
@@ -135,8 +137,8 @@ Item {
                 id: focusSwitch
                 objectName: "focusSwitch"
                 checked: tab.focusSession
+                inNotch: true
                 onToggled: tab.focusSession = checked
-                Keys.onReturnPressed: toggle()
                 Accessible.name: focusLabel.text
             }
             ColumnLayout {
@@ -192,7 +194,7 @@ Item {
             Text {
                 objectName: "timerClock"
                 anchors.centerIn: parent
-                text: timerService.clockText
+                text: Format.digits(timerService.clockText)
                 color: tab.phase === "paused" ? Theme.notchSecondaryText : Theme.notchText
                 font.family: Theme.monoFontFamily
                 font.pixelSize: Theme.displaySize - 2
@@ -227,7 +229,7 @@ Item {
                 width: parent.width
                 visible: tab.phase !== "finished"
                 text: (tab.phase === "paused" ? (tab.arabic ? "متوقف مؤقتاً · " : "Paused · ") : "")
-                      + (tab.arabic ? "من " : "of ") + timerService.clock(timerService.total)
+                      + (tab.arabic ? "من " : "of ") + Format.digits(timerService.clock(timerService.total))
                 color: Theme.notchSecondaryText
                 font.family: Theme.fontFamily
                 font.pixelSize: Theme.smallSize + 1
@@ -245,7 +247,7 @@ Item {
                 }
                 NotchTextButton {
                     id: pauseButton
-                objectName: "pauseButton"
+                    objectName: "pauseButton"
                     visible: tab.phase === "running"
                     symbol: "pause.fill"
                     text: tab.arabic ? "إيقاف مؤقت" : "Pause"
@@ -253,7 +255,7 @@ Item {
                 }
                 NotchTextButton {
                     id: resumeButton
-                objectName: "resumeButton"
+                    objectName: "resumeButton"
                     visible: tab.phase === "paused"
                     primary: true
                     symbol: "play.fill"
@@ -269,7 +271,7 @@ Item {
                 }
                 NotchTextButton {
                     id: closeButton
-                objectName: "closeButton"
+                    objectName: "closeButton"
                     visible: tab.phase === "finished"
                     primary: true
                     text: tab.arabic ? "إغلاق" : "Close"

@@ -119,7 +119,7 @@ Item {
             Layout.preferredHeight: Theme.notchRowHeight - 4
             visible: row.editing
             color: Theme.notchText
-            selectionColor: Theme.notchAccent
+            selectionColor: Theme.notchAccentFill
             selectedTextColor: Theme.textOnAccent
             font.family: Theme.fontFamily
             font.pixelSize: Theme.bodySize - 1

@@ -47,6 +47,15 @@ TEST_F(FormatTest, FiguresUseTheDigitsOfTheInterfacesLanguage)
         {"english", "time", afternoon, {}, "3:05 PM"},
         // Arabic times run on the 24-hour clock, as prayer timetables write them.
         {"arabic", "time", afternoon, {}, "١٥:٠٥"},
+        {"english", "twoDigits", 7, {}, "07"},
+        {"arabic", "twoDigits", 7, {}, "٠٧"},
+        {"arabic", "twoDigits", 42, {}, "٤٢"},
+        // Typed figures are read in either kind of digits (and the Persian forms), whatever
+        // the language.
+        {"english", "read", "٤٥", {}, "45"},
+        {"arabic", "read", "12", {}, "12"},
+        {"arabic", "read", "۰۹", {}, "9"},
+        {"arabic", "read", "١a", {}, "nan"},
         {"english", "date", afternoon, "d MMMM yyyy", "1 March 2026"},
         {"arabic", "date", afternoon, "d MMMM yyyy", "١ مارس ٢٠٢٦"},
     };
