@@ -75,6 +75,24 @@ shots_everyday() {
     rm -f "$prefix-notch-open.png.whole.png"
     navro_call Close
     wait_until 5 "the notch to close" navro_field_is status closed || return 1
+    # The tabs with views of their own, reached from the keyboard as a user would: the timer is
+    # the fourth tab, the notes the fifth, and the arrows follow the reading direction.
+    navro_call Open true
+    wait_until 5 "the notch to open" navro_field_is status open || return 1
+    local next=Right tab steps
+    [ "$language" = arabic ] && next=Left
+    for tab in timer:3 notes:1; do
+        steps=${tab#*:}
+        tab=${tab%%:*}
+        # shellcheck disable=SC2046
+        xdotool key $(yes "$next" | head -n "$steps")
+        wait_until 5 "the $tab tab" navro_field_is selectedTab "$tab" || return 1
+        drawn 5 "$prefix-notch-$tab.png.whole.png" 960 250 000000 || return 1
+        crop_screenshot "$prefix-notch-$tab.png" 596 0 728 300 && shots_say "$prefix-notch-$tab.png"
+        rm -f "$prefix-notch-$tab.png.whole.png"
+    done
+    xdotool key Escape
+    wait_until 5 "the notch to close" navro_field_is status closed || return 1
 
     # The tray panel, opened as a user would. The tray host may still show the icon of the
     # Navro before for a moment, so a click that opens nothing is tried again.
