@@ -32,10 +32,7 @@ Item {
     // How long ago, in words that fit a caption.
     function age() {
         const seconds = Math.max(0, (row.now - row.date) / 1000)
-        const number = (value) => {
-            const whole = Math.floor(value)
-            return row.arabic ? whole.toLocaleString(Qt.locale("ar"), "f", 0) : String(whole)
-        }
+        const number = (value) => Format.number(Math.floor(value))
         if (seconds < 60)
             return row.arabic ? "الآن" : "Just now"
         if (seconds < 3600)

@@ -51,6 +51,10 @@ FocusScope {
     }
 
     Component.onCompleted: reset()
+    // Whenever the notch takes the keyboard on this tab, the cursor is in the search field.
+    function takeKeyboard(reason) {
+        search.forceActiveFocus(reason)
+    }
     Connections {
         target: notch
         function onStatusChanged() {

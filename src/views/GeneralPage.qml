@@ -94,7 +94,7 @@ PageScaffold {
                 current: String(settings.clipboardLimit)
                 model: [10, 25, 50, 100, 200, 500].map((count) => ({
                     "value": String(count),
-                    "label": page.arabic ? count.toLocaleString(Qt.locale("ar"), "f", 0) : String(count)
+                    "label": Format.number(count)
                 }))
                 onChosen: (value) => settings.clipboardLimit = Number(value)
             }

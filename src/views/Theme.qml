@@ -37,9 +37,6 @@ QtObject {
     readonly property color notchControlHover: "#2a2a2d"
     readonly property color notchSelection: dark ? "#2c2c2e" : "#3a3a3c"
     readonly property color notchDivider: "#1f1f22"
-    // The ring around whatever has keyboard focus inside the notch.
-    readonly property color notchFocusRing: notchAccent
-    readonly property int focusRingWidth: 2
     readonly property int openWidth: 688
     readonly property int openHeight: 260
     readonly property int shadowPadding: 20
