@@ -13,12 +13,15 @@
 #include "app/QmlWindowHost.h"
 #include "app/Shell.h"
 #include "app/SoundPlayer.h"
+#include "app/ThemeIconProvider.h"
 #include "data/ClipboardHistoryModel.h"
 #include "data/ClipboardImageProvider.h"
 #include "data/ClipboardStore.h"
+#include "data/DesktopFiles.h"
 #include "data/FrontmostApplication.h"
-#include "data/Pasteboard.h"
 #include "data/NotesStore.h"
+#include "data/Pasteboard.h"
+#include "data/ShelfStore.h"
 #include "data/SleepPreventer.h"
 #include "data/TimerService.h"
 #include "media/ArtworkDownloader.h"
@@ -129,6 +132,8 @@ void AppDelegate::start()
             [this] { activityCenter_->setTimerState(timer_->state()); });
     notifier_ = makeDesktopNotifier();
     notes_ = std::make_unique<NotesStore>(clock_, *settings_, *timeEvents_, *notifier_);
+    desktopFiles_ = makeDesktopFiles();
+    shelf_ = std::make_unique<ShelfStore>(clock_, *settings_, *desktopFiles_, dataFolder());
     connect(nowPlaying_.get(), &NowPlayingService::infoChanged, activityCenter_.get(), [this] {
         const auto& info = nowPlaying_->info();
         activityCenter_->setPlaybackRate(info ? std::optional(info->rate) : std::nullopt);
@@ -272,6 +277,8 @@ void AppDelegate::setUpEngine()
                               new ClipboardImageProvider(clipboard_->imagesFolder()));
     context->setContextProperty(QStringLiteral("timerService"), timer_.get());
     context->setContextProperty(QStringLiteral("notes"), notes_.get());
+    context->setContextProperty(QStringLiteral("shelf"), shelf_.get());
+    engine_->addImageProvider(QStringLiteral("themeicon"), new ThemeIconProvider);
     context->setContextProperty(QStringLiteral("nowPlaying"), nowPlaying_.get());
     engine_->addImageProvider(QStringLiteral("nowplaying"),
                               new NowPlayingImageProvider(nowPlaying_->images()));

@@ -6,6 +6,7 @@
 #include "notch/ActivityCenter.h"
 #include "notch/ActivityVariant.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace navro {
@@ -34,6 +35,9 @@ int activitySideWidth(ClosedActivity::Kind kind)
     }
     return 0;
 }
+
+// A drag with files over the closed notch widens it, so that the target is easy to hit.
+constexpr int dropSideWidth = 50;
 
 QVariantMap tabInfo(NotchTab tab)
 {
@@ -91,8 +95,11 @@ void NotchViewModel::setDropTargeted(bool targeted)
 {
     if (isDropTargeted_ == targeted)
         return;
+    const QRect closedBefore = closedRect();
     isDropTargeted_ = targeted;
     emit isDropTargetedChanged();
+    if (closedRect() != closedBefore)
+        emit closedSizeChanged();
 }
 
 void NotchViewModel::setActivity(std::optional<ClosedActivity> activity)
@@ -140,8 +147,10 @@ void NotchViewModel::setGeometry(const NotchGeometry& geometry)
 
 int NotchViewModel::closedWidth() const
 {
-    const int width = geometry_.closedSize.width;
-    return activity_ ? width + 2 * activitySideWidth(activity_->kind()) : width;
+    int side = activity_ ? activitySideWidth(activity_->kind()) : 0;
+    if (isDropTargeted_)
+        side = std::max(side, dropSideWidth);
+    return geometry_.closedSize.width + 2 * side;
 }
 
 QRect NotchViewModel::closedRect() const

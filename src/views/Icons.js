@@ -62,7 +62,14 @@ var files = {
     "chevron.left": "chevron-left",
     "chevron.right": "chevron-right",
     "chevron.up.chevron.down": "chevrons-up-down",
-    "circle": "circle"
+    "circle": "circle",
+    "folder": "folder",
+    "pencil": "pencil",
+    "camera": "camera",
+    "macwindow": "app-window",
+    "rectangle.dashed": "square-dashed",
+    "doc.on.doc": "copy",
+    "stop.fill": "square"
 };
 
 function fileFor(symbol) {

@@ -37,6 +37,50 @@ Item {
         Behavior on earRadius { NotchMotion { opening: root.isOpen } }
         Behavior on bottomRadius { NotchMotion { opening: root.isOpen } }
 
+        // Files dragged over the notch: it widens and opens on the shelf, which takes the drop.
+        // Dropped anywhere but on a section of the shelf, they land in the first section.
+        DropArea {
+            id: notchDrop
+            objectName: "notchDropArea"
+            anchors.fill: parent
+            keys: ["text/uri-list"]
+            property bool openedForDrag: false
+            onEntered: {
+                notch.isDropTargeted = true
+                leftWithoutDrop.stop()
+                if (!notch.isOpen) {
+                    openedForDrag = true
+                    notch.open(false, false)
+                }
+                notch.selectedTab = "shelf"
+            }
+            onExited: {
+                notch.isDropTargeted = false
+                leftWithoutDrop.restart()
+            }
+            onDropped: (event) => {
+                notch.isDropTargeted = false
+                openedForDrag = false
+                shelf.addUrls("", event.urls)
+                event.acceptProposedAction()
+            }
+            // A drag that only passed over the notch (or moved on to a section of the shelf, which
+            // marks the notch again) leaves it as it found it.
+            Connections {
+                target: shelf
+                function onSectionsChanged() { notchDrop.openedForDrag = false }
+            }
+            Timer {
+                id: leftWithoutDrop
+                interval: 400
+                onTriggered: {
+                    if (notchDrop.openedForDrag && !notch.isDropTargeted)
+                        notch.close()
+                    notchDrop.openedForDrag = notch.isDropTargeted && notchDrop.openedForDrag
+                }
+            }
+        }
+
         ClosedActivityView {
             anchors.fill: parent
             activity: root.activity

@@ -254,6 +254,26 @@ TEST_F(NotchViewModelTest, TheClosedNotchWidensAroundItsCentreWhileAnActivitySho
     EXPECT_EQ(sizeSignals, 4) << "the same size on another screen moves the notch";
 }
 
+TEST_F(NotchViewModelTest, AFileDraggedOverTheClosedNotchWidensItAroundItsCentre)
+{
+    int sizeSignals = 0;
+    QObject::connect(&model, &NotchViewModel::closedSizeChanged, [&] { ++sizeSignals; });
+    model.setDropTargeted(true);
+    EXPECT_GT(model.closedWidth(), 190);
+    EXPECT_EQ(model.closedRect().center().x(), QRect(865, 0, 190, 32).center().x());
+    EXPECT_EQ(sizeSignals, 1);
+    // An activity wider than the drop target keeps its width; a narrower one gets the target's.
+    const int dropWidth = model.closedWidth();
+    model.setActivity(ClosedActivity::ofToast(ActivityCenter::makeToast("bell", "Hi", "")));
+    EXPECT_GT(model.closedWidth(), dropWidth);
+    model.setActivity(ClosedActivity::recording());
+    EXPECT_EQ(model.closedWidth(), dropWidth);
+    model.setDropTargeted(false);
+    EXPECT_LT(model.closedWidth(), dropWidth);
+    model.setActivity(std::nullopt);
+    EXPECT_EQ(model.closedWidth(), 190);
+}
+
 TEST_F(NotchViewModelTest, TheOpenNotchHangsCentredFromTheTopOfTheScreen)
 {
     model.setGeometry(NotchGeometry{"HDMI-1", 1920, 0, 2560, 1440, false, {190, 24}});
