@@ -14,6 +14,7 @@
 #include "app/Shell.h"
 #include "app/SoundPlayer.h"
 #include "app/ThemeIconProvider.h"
+#include "data/CaptureService.h"
 #include "data/ClipboardHistoryModel.h"
 #include "data/ClipboardImageProvider.h"
 #include "data/ClipboardStore.h"
@@ -21,6 +22,7 @@
 #include "data/FrontmostApplication.h"
 #include "data/NotesStore.h"
 #include "data/Pasteboard.h"
+#include "data/ScreenCapture.h"
 #include "data/ShelfStore.h"
 #include "data/SleepPreventer.h"
 #include "data/TimerService.h"
@@ -115,6 +117,7 @@ void AppDelegate::start()
     clipboard_->start();
     clipboardHistory_ = std::make_unique<ClipboardHistoryModel>(*clipboard_);
     activityCenter_ = std::make_unique<ActivityCenter>(clock_, *settings_);
+    startCapture();
     connect(prayer_.get(), &PrayerService::prayerChanged, activityCenter_.get(),
             &ActivityCenter::notePrayerChanged);
     connect(clipboard_.get(), &ClipboardStore::copiedBack, activityCenter_.get(), [this] {
@@ -132,7 +135,6 @@ void AppDelegate::start()
             [this] { activityCenter_->setTimerState(timer_->state()); });
     notifier_ = makeDesktopNotifier();
     notes_ = std::make_unique<NotesStore>(clock_, *settings_, *timeEvents_, *notifier_);
-    desktopFiles_ = makeDesktopFiles();
     shelf_ = std::make_unique<ShelfStore>(clock_, *settings_, *desktopFiles_, dataFolder());
     connect(nowPlaying_.get(), &NowPlayingService::infoChanged, activityCenter_.get(), [this] {
         const auto& info = nowPlaying_->info();
@@ -146,6 +148,10 @@ void AppDelegate::start()
     panelWindowSystem_ = makePanelWindowSystem();
     notch_ = std::make_unique<NotchWindowController>(
         *notchModel_, *settings_, *engine_, *panelWindowSystem_, view("NotchRootView.qml"));
+    notch_->onRecordingPressed = [self] {
+        if (self)
+            self->stopRecording();
+    };
     notchModel_->onOpenSettings = [self] {
         if (self)
             self->showSettings(QStringLiteral("general"));
@@ -208,6 +214,31 @@ void AppDelegate::start()
     connect(nowPlaying_.get(), &NowPlayingService::infoChanged, this,
             &AppDelegate::noteNowPlayingChanged);
     noteNowPlayingChanged();
+}
+
+void AppDelegate::startCapture()
+{
+    desktopFiles_ = makeDesktopFiles();
+    screenGrabber_ = makeScreenGrabber();
+    screenRecorder_ = makeScreenRecorder();
+    capture_ =
+        std::make_unique<CaptureService>(clock_, *settings_, *screenGrabber_, *screenRecorder_,
+                                         *desktopFiles_, CaptureService::defaultFolders());
+    connect(capture_.get(), &CaptureService::isRecordingChanged, activityCenter_.get(),
+            [this] { activityCenter_->setRecording(capture_->isRecording()); });
+    connect(capture_.get(), &CaptureService::imageForClipboard, clipboard_.get(),
+            &ClipboardStore::putImage);
+    connect(capture_.get(), &CaptureService::filesForClipboard, clipboard_.get(),
+            &ClipboardStore::putFiles);
+    connect(
+        capture_.get(), &CaptureService::saved, activityCenter_.get(), [this](CaptureKind kind) {
+            const bool arabic = settings_->isArabic();
+            const bool screenshot = kind == CaptureKind::screenshot;
+            const char* title = screenshot ? (arabic ? "تم حفظ لقطة الشاشة" : "Screenshot saved")
+                                           : (arabic ? "تم حفظ التسجيل" : "Recording saved");
+            activityCenter_->showToast(
+                ActivityCenter::makeToast(screenshot ? "camera" : "video", title, ""), 3);
+        });
 }
 
 void AppDelegate::startNowPlaying()
@@ -278,6 +309,7 @@ void AppDelegate::setUpEngine()
     context->setContextProperty(QStringLiteral("timerService"), timer_.get());
     context->setContextProperty(QStringLiteral("notes"), notes_.get());
     context->setContextProperty(QStringLiteral("shelf"), shelf_.get());
+    context->setContextProperty(QStringLiteral("capture"), capture_.get());
     engine_->addImageProvider(QStringLiteral("themeicon"), new ThemeIconProvider);
     context->setContextProperty(QStringLiteral("nowPlaying"), nowPlaying_.get());
     engine_->addImageProvider(QStringLiteral("nowplaying"),
@@ -315,6 +347,9 @@ void AppDelegate::shutdown()
     if (isShutDown_)
         return;
     isShutDown_ = true;
+    // First, so that ffmpeg finishes the file of a running recording while there is time.
+    if (capture_)
+        capture_->shutDown();
     if (onboardingFinish_)
         onboardingFinish_->interrupt();
     if (nowPlaying_)
@@ -423,6 +458,24 @@ RemoteTimer AppDelegate::remoteTimer() const
 bool AppDelegate::startTimer(double minutes, bool focus)
 {
     return timer_ && timer_->start(minutes, focus);
+}
+
+bool AppDelegate::takeScreenshot(const QString& mode)
+{
+    closeNotch();
+    return capture_ && capture_->takeScreenshot(mode);
+}
+
+bool AppDelegate::startRecording(const QString& mode)
+{
+    closeNotch();
+    return capture_ && capture_->startRecording(mode);
+}
+
+void AppDelegate::stopRecording()
+{
+    if (capture_)
+        capture_->stopRecording();
 }
 
 void AppDelegate::stopTimer()

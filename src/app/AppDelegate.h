@@ -20,6 +20,7 @@ class ActivityCenter;
 class AppActions;
 class AppSettings;
 class ArtworkDownloader;
+class CaptureService;
 class ClipboardHistoryModel;
 class ClipboardStore;
 class DesktopEntries;
@@ -40,6 +41,8 @@ class PlayerApplications;
 class PrayerService;
 class SystemTimeEvents;
 class QSettingsStore;
+class ScreenGrabber;
+class ScreenRecorder;
 class QmlWindowHost;
 class Shell;
 class ShelfStore;
@@ -81,6 +84,9 @@ public:
     {
         return nowPlayingSnapshot_;
     }
+    bool takeScreenshot(const QString& mode) override;
+    bool startRecording(const QString& mode) override;
+    void stopRecording() override;
 
 private:
     // StatusItemHost
@@ -98,6 +104,7 @@ private:
     void finishOnboarding();
     void publishState();
     void startNowPlaying();
+    void startCapture();
     void noteNowPlayingChanged();
     bool notchPanelVisible() const;
 
@@ -132,6 +139,9 @@ private:
     std::unique_ptr<NotesStore> notes_;
     std::unique_ptr<DesktopFiles> desktopFiles_;
     std::unique_ptr<ShelfStore> shelf_;
+    std::unique_ptr<ScreenGrabber> screenGrabber_;
+    std::unique_ptr<ScreenRecorder> screenRecorder_;
+    std::unique_ptr<CaptureService> capture_;
     std::unique_ptr<NotchViewModel> notchModel_;
     std::unique_ptr<PanelWindowSystem> panelWindowSystem_;
     std::unique_ptr<NotchWindowController> notch_;

@@ -57,6 +57,11 @@ public:
     virtual void stopTimer() = 0;
     // Nothing while nothing plays.
     virtual std::optional<RemoteNowPlaying> remoteNowPlaying() const { return std::nullopt; }
+    // Screen capture with mode "area", "window" or "screen"; false, and nothing happens, for
+    // another mode (and for a recording that cannot start).
+    virtual bool takeScreenshot(const QString& /*mode*/) { return false; }
+    virtual bool startRecording(const QString& /*mode*/) { return false; }
+    virtual void stopRecording() {}
 };
 
 // Publishes a RemoteControl to other processes for as long as it lives.

@@ -279,6 +279,22 @@ bool ClipboardStore::copy(const QString& id)
     return true;
 }
 
+void ClipboardStore::putImage(const QImage& image)
+{
+    ignoreNextChange_ = true;
+    pasteboard_.writeImage(image);
+    if (settings_.clipboardEnabled())
+        recordImage(image, QStringLiteral("Navro"));
+}
+
+void ClipboardStore::putFiles(const QStringList& paths)
+{
+    ignoreNextChange_ = true;
+    pasteboard_.writeFiles(paths);
+    if (settings_.clipboardEnabled())
+        record(ClipboardKind::file, paths.join(u'\n').toStdString(), QStringLiteral("Navro"));
+}
+
 std::optional<QImage> ClipboardStore::loadImage(const ClipboardItem& item) const
 {
     if (!item.imageFile)

@@ -64,6 +64,10 @@ public:
     // Puts the entry back on the clipboard (without recording it again) and moves it to the top.
     // False when no entry has that id.
     Q_INVOKABLE bool copy(const QString& id);
+    // Navro's own content (a capture) put on the clipboard: recorded once, as copied from Navro,
+    // and the clipboard's change that follows is not recorded again.
+    void putImage(const QImage& image);
+    void putFiles(const QStringList& paths);
     // Removes the entry and its image file. False when no entry has that id.
     Q_INVOKABLE bool remove(const QString& id);
     // Removes every entry and every image file.

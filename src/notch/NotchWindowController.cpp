@@ -45,8 +45,15 @@ NotchWindowController::NotchWindowController(NotchViewModel& viewModel, AppSetti
         viewModel_.setHovering(false);
         rules_.pointerLeft();
     });
-    connect(panel_.get(), &NotchPanel::pressed, this,
-            [this] { rules_.pressed(panel_->isActive()); });
+    connect(panel_.get(), &NotchPanel::pressed, this, [this] {
+        const auto& activity = viewModel_.activity();
+        if (!viewModel_.isOpen() && activity &&
+            activity->kind() == ClosedActivity::Kind::recording && onRecordingPressed) {
+            onRecordingPressed();
+            return;
+        }
+        rules_.pressed(panel_->isActive());
+    });
     connect(panel_.get(), &NotchPanel::escapePressed, this, [this] { rules_.escapePressed(); });
     connect(panel_.get(), &QWindow::activeChanged, this, [this] {
         const bool active = panel_->isActive();

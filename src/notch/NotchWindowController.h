@@ -42,6 +42,10 @@ public:
     NotchPanel* panel() const { return panel_.get(); }
 
     std::optional<QPoint> pointerPosition() const override;
+
+    // A press on the closed notch while it shows a recording: the recording should stop (rather
+    // than the notch open).
+    std::function<void()> onRecordingPressed;
     QRect hotZone() const override { return viewModel_.hotZoneRect(); }
 
 signals:

@@ -114,7 +114,8 @@ Item {
         "timer": "TimerTab.qml",
         "notes": "NotesTab.qml",
         "clipboard": "ClipboardTab.qml",
-        "shelf": "ShelfTab.qml"
+        "shelf": "ShelfTab.qml",
+        "capture": "CaptureTab.qml"
     })
 
     Component {

@@ -308,6 +308,27 @@ TEST_F(ClipboardStoreTest, CopyingBackRecordsNothingAndMovesTheEntryToTheTop)
     }
 }
 
+TEST_F(ClipboardStoreTest, NavrosOwnCapturesAreRecordedOnceAsFromNavro)
+{
+    for (const bool deferred : {false, true}) {
+        pasteboard.defersOwnChanges = deferred;
+        auto store = startStore();
+        store->putImage(solidImage(Qt::magenta));
+        pasteboard.deliverDeferred();
+        store->check();
+        store->putFiles({"/tmp/Recording.mp4"});
+        pasteboard.deliverDeferred();
+        store->check();
+        ASSERT_EQ(store->items().size(), 2u);
+        EXPECT_EQ(store->items()[0].kind, ClipboardKind::file);
+        EXPECT_EQ(store->items()[0].text, "/tmp/Recording.mp4");
+        EXPECT_EQ(store->items()[1].kind, ClipboardKind::image);
+        EXPECT_EQ(store->items()[1].sourceApp, std::optional<std::string>("Navro"));
+        EXPECT_EQ(pasteboard.content().files, QStringList{"/tmp/Recording.mp4"});
+        store->clear();
+    }
+}
+
 TEST_F(ClipboardStoreTest, AnotherProgramsCopyRightAfterACopyBackIsStillRecorded)
 {
     pasteboard.defersOwnChanges = true;

@@ -4,6 +4,7 @@
 #include "ManualClock.h"
 #include "QtTestApplication.h"
 #include "app/AppSettings.h"
+#include "notch/ActivityCenter.h"
 #include "notch/NotchPanel.h"
 #include "notch/PanelWindowSystem.h"
 
@@ -150,6 +151,21 @@ TEST_F(NotchWindowControllerTest, AClickOnTheClosedNotchOpensItWithFocus)
     EXPECT_TRUE(model.isOpen());
     EXPECT_FALSE(model.openedByHover());
     EXPECT_EQ(focus, std::vector<bool>{true});
+}
+
+TEST_F(NotchWindowControllerTest, AClickOnTheClosedRecordingStopsItInsteadOfOpening)
+{
+    int stops = 0;
+    controller->onRecordingPressed = [&] { ++stops; };
+    model.setActivity(ClosedActivity::recording());
+    press(local(model.closedRect()).center());
+    EXPECT_EQ(stops, 1);
+    EXPECT_FALSE(model.isOpen());
+    // Any other activity opens as before.
+    model.setActivity(ClosedActivity::ofToast(ActivityCenter::makeToast("bell", "Hi", "")));
+    press(local(model.closedRect()).center());
+    EXPECT_TRUE(model.isOpen());
+    EXPECT_EQ(stops, 1);
 }
 
 TEST_F(NotchWindowControllerTest, EscapeClosesTheOpenNotch)

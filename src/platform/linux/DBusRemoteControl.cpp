@@ -1,6 +1,7 @@
 #include "platform/linux/DBusRemoteControl.h"
 
 #include "app/Log.h"
+#include "data/ScreenCapture.h"
 
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
@@ -72,6 +73,35 @@ void RemoteControlAdaptor::StartTimer(double minutes, bool focus)
 void RemoteControlAdaptor::StopTimer()
 {
     target_.stopTimer();
+}
+
+void RemoteControlAdaptor::TakeScreenshot(const QString& mode)
+{
+    if (!target_.takeScreenshot(mode) && call_.calledFromDBus())
+        call_.sendErrorReply(QDBusError::InvalidArgs,
+                             QStringLiteral("a screenshot is of an \"area\", a \"window\" or the "
+                                            "\"screen\", not \"%1\"")
+                                 .arg(mode.left(100)));
+}
+
+void RemoteControlAdaptor::StartRecording(const QString& mode)
+{
+    if (target_.startRecording(mode) || !call_.calledFromDBus())
+        return;
+    if (!captureModeFromRaw(mode.toStdString()))
+        call_.sendErrorReply(QDBusError::InvalidArgs,
+                             QStringLiteral("a recording is of an \"area\", a \"window\" or "
+                                            "the \"screen\", not \"%1\"")
+                                 .arg(mode.left(100)));
+    else
+        call_.sendErrorReply(QDBusError::NotSupported,
+                             QStringLiteral("a recording runs already, or recording is "
+                                            "unavailable here"));
+}
+
+void RemoteControlAdaptor::StopRecording()
+{
+    target_.stopRecording();
 }
 
 QVariantMap toVariantMap(const RemoteState& state)

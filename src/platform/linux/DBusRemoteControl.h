@@ -39,6 +39,9 @@ public slots:
     void OpenTab(const QString& tab);
     void StartTimer(double minutes, bool focus);
     void StopTimer();
+    void TakeScreenshot(const QString& mode);
+    void StartRecording(const QString& mode);
+    void StopRecording();
 
 private:
     const QDBusContext& call_;
