@@ -5,6 +5,8 @@
 #include <QPainter>
 #include <QScreen>
 #include <QTimer>
+#include <algorithm>
+#include <cstdlib>
 
 namespace navro {
 
@@ -36,7 +38,11 @@ void CaptureOverlay::exposeEvent(QExposeEvent* event)
 
 QRect CaptureOverlay::selection() const
 {
-    return QRect(anchor_, pointer_).normalized();
+    // From the pressed pixel up to (not including) the released one: a drag of 200 pixels
+    // chooses 200.
+    const QPoint topLeft(std::min(anchor_.x(), pointer_.x()), std::min(anchor_.y(), pointer_.y()));
+    return QRect(topLeft, QSize(std::abs(pointer_.x() - anchor_.x()),
+                                std::abs(pointer_.y() - anchor_.y())));
 }
 
 QRect CaptureOverlay::windowAt(const QPoint& local) const
