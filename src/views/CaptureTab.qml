@@ -1,5 +1,4 @@
 import QtQuick
-import "LocalDigits.js" as Digits
 
 // Screenshots and recordings: the four capture buttons with the three capture settings, and the
 // recent captures. A capture starts once the notch has closed, so that it is not in the picture.
@@ -34,7 +33,7 @@ FocusScope {
     }
     function elapsed() {
         const seconds = Math.max(0, Math.floor((now - capture.recordingStarted) / 1000))
-        return Digits.twoDigits(Math.floor(seconds / 60), arabic) + ":" + Digits.twoDigits(seconds % 60, arabic)
+        return Format.twoDigits(Math.floor(seconds / 60)) + ":" + Format.twoDigits(seconds % 60)
     }
     Timer {
         interval: 1000
