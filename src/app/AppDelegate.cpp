@@ -13,6 +13,8 @@
 #include "app/QmlWindowHost.h"
 #include "app/Shell.h"
 #include "app/SoundPlayer.h"
+#include "calendar/BackgroundQueue.h"
+#include "calendar/CalendarService.h"
 #include "data/ClipboardHistoryModel.h"
 #include "data/ClipboardImageProvider.h"
 #include "data/ClipboardStore.h"
@@ -32,6 +34,7 @@
 #include "platform/linux/DesktopPlayerApplications.h"
 #include "platform/linux/LinuxSystemTimeEvents.h"
 #include "platform/linux/NowPlayingHelper.h"
+#include "prayer/AdhanAlert.h"
 #include "prayer/PrayerService.h"
 
 #include <QApplication>
@@ -128,7 +131,13 @@ void AppDelegate::start()
     connect(timer_.get(), &TimerService::stateChanged, activityCenter_.get(),
             [this] { activityCenter_->setTimerState(timer_->state()); });
     notifier_ = makeDesktopNotifier();
+    startCalendar();
     notes_ = std::make_unique<NotesStore>(clock_, *settings_, *timeEvents_, *notifier_);
+    adhanAlert_ = std::make_unique<AdhanAlert>(
+        *prayer_, *settings_, clock_, *notifier_, *sound_,
+        [this](const std::string& title, const std::string& detail, double seconds) {
+            activityCenter_->showToast(ActivityCenter::makeToast("moon", title, detail), seconds);
+        });
     connect(nowPlaying_.get(), &NowPlayingService::infoChanged, activityCenter_.get(), [this] {
         const auto& info = nowPlaying_->info();
         activityCenter_->setPlaybackRate(info ? std::optional(info->rate) : std::nullopt);
@@ -156,6 +165,10 @@ void AppDelegate::start()
     callbacks.showOnboarding = [self] {
         if (self)
             self->events_.requestOnboarding();
+    };
+    callbacks.openSettingsPage = [self](const QString& page) {
+        if (self)
+            self->showSettings(page);
     };
     actions_ = std::make_unique<AppActions>(std::move(callbacks), launchAtLogin_.get());
     engine_->rootContext()->setContextProperty(QStringLiteral("app"), actions_.get());
@@ -203,6 +216,22 @@ void AppDelegate::start()
     connect(nowPlaying_.get(), &NowPlayingService::infoChanged, this,
             &AppDelegate::noteNowPlayingChanged);
     noteNowPlayingChanged();
+}
+
+void AppDelegate::startCalendar()
+{
+    calendarFetcher_ = std::make_unique<HttpCalendarFetcher>();
+    calendarQueue_ = std::make_unique<BackgroundQueue>();
+    calendar_ = std::make_unique<CalendarService>(
+        *settings_, clock_, *timeEvents_, *calendarFetcher_,
+        [queue = calendarQueue_.get()](std::function<void()> work, std::function<void()> then) {
+            queue->run(std::move(work), std::move(then));
+        },
+        // Evolution keeps its calendars in the same data home as ours.
+        CalendarService::Folders{dataFolder() / "Calendars", dataFolder().parent_path()});
+    connect(calendar_.get(), &CalendarService::nextMeetingChanged, activityCenter_.get(),
+            [this] { activityCenter_->setNextMeeting(calendar_->nextMeeting()); });
+    calendar_->start();
 }
 
 void AppDelegate::startNowPlaying()
@@ -272,6 +301,7 @@ void AppDelegate::setUpEngine()
                               new ClipboardImageProvider(clipboard_->imagesFolder()));
     context->setContextProperty(QStringLiteral("timerService"), timer_.get());
     context->setContextProperty(QStringLiteral("notes"), notes_.get());
+    context->setContextProperty(QStringLiteral("calendar"), calendar_.get());
     context->setContextProperty(QStringLiteral("nowPlaying"), nowPlaying_.get());
     engine_->addImageProvider(QStringLiteral("nowplaying"),
                               new NowPlayingImageProvider(nowPlaying_->images()));

@@ -17,6 +17,10 @@ class QQmlApplicationEngine;
 namespace navro {
 
 class ActivityCenter;
+class AdhanAlert;
+class BackgroundQueue;
+class CalendarFetcher;
+class CalendarService;
 class AppActions;
 class AppSettings;
 class ArtworkDownloader;
@@ -96,6 +100,7 @@ private:
     void finishOnboarding();
     void publishState();
     void startNowPlaying();
+    void startCalendar();
     void noteNowPlayingChanged();
     bool notchPanelVisible() const;
 
@@ -127,7 +132,11 @@ private:
     std::unique_ptr<SleepPreventer> sleepPreventer_;
     std::unique_ptr<SoundPlayer> sound_;
     std::unique_ptr<TimerService> timer_;
+    std::unique_ptr<CalendarFetcher> calendarFetcher_;
+    std::unique_ptr<BackgroundQueue> calendarQueue_;
+    std::unique_ptr<CalendarService> calendar_;
     std::unique_ptr<NotesStore> notes_;
+    std::unique_ptr<AdhanAlert> adhanAlert_;
     std::unique_ptr<NotchViewModel> notchModel_;
     std::unique_ptr<PanelWindowSystem> panelWindowSystem_;
     std::unique_ptr<NotchWindowController> notch_;

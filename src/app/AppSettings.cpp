@@ -45,6 +45,7 @@ AppSettings::AppSettings(SettingsStore& store, std::function<QStringList()> pref
     captureShowClicks_ = loadBool(QStringLiteral("captureShowClicks"), captureShowClicks_);
     timerSound_ = loadBool(QStringLiteral("timerSound"), timerSound_);
     focusShortcutOn_ = loadString(QStringLiteral("focusShortcutOn"), focusShortcutOn_);
+    calendarSources_ = loadString(QStringLiteral("calendarSources"), calendarSources_);
     focusShortcutOff_ = loadString(QStringLiteral("focusShortcutOff"), focusShortcutOff_);
     lastTimerMinutes_ = loadDouble(QStringLiteral("lastTimerMinutes"), lastTimerMinutes_);
     autoUpdate_ = loadBool(QStringLiteral("autoUpdate"), autoUpdate_);
@@ -226,6 +227,12 @@ void AppSettings::setCaptureShowClicks(bool value)
 void AppSettings::setTimerSound(bool value)
 {
     assign(timerSound_, value, &AppSettings::timerSoundChanged, QStringLiteral("timerSound"));
+}
+
+void AppSettings::setCalendarSources(const QString& value)
+{
+    assign(calendarSources_, value, &AppSettings::calendarSourcesChanged,
+           QStringLiteral("calendarSources"));
 }
 
 void AppSettings::setFocusShortcutOn(const QString& value)

@@ -23,7 +23,14 @@ Item {
     function minutesText(minutes) {
         if (minutes <= 0)
             return arabic ? "الآن" : "now";
-        return arabic ? "بعد " + Format.number(minutes) + " د" : "in " + Format.number(minutes) + " min";
+        if (!arabic)
+            return "in " + Format.number(minutes) + " min";
+        // Arabic counts: one and two have words of their own, 3–10 take the plural.
+        if (minutes === 1)
+            return "بعد دقيقة";
+        if (minutes === 2)
+            return "بعد دقيقتين";
+        return "بعد " + Format.number(minutes) + (minutes <= 10 ? " دقائق" : " دقيقة");
     }
 
     Item {
