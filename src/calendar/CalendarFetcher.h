@@ -15,9 +15,9 @@ namespace navro {
 struct CalendarFetch {
     enum class Status { fetched, notModified, failed };
     Status status = Status::failed;
-    std::string body;          // the document when fetched
+    std::string body;           // the document when fetched
     QString etag, lastModified; // the validators for the next conditional request
-    std::string error;         // why it failed, for a log line
+    std::string error;          // why it failed, for a log line
 };
 
 // Fetches calendar documents from their links.

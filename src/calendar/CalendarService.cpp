@@ -39,6 +39,8 @@ QString hexColour(std::uint32_t colour)
 } // namespace
 
 struct CalendarService::Source {
+    explicit Source(CalendarSource source) : config(std::move(source)) {}
+
     CalendarSource config;
     std::shared_ptr<const std::string> document;  // the last one read without failing
     std::shared_ptr<const std::string> candidate; // a newer one, not read yet
@@ -100,8 +102,8 @@ void CalendarService::start()
     for (auto& source : sources_) {
         if (source->config.kind != CalendarSource::Kind::link)
             continue;
-        const auto cached = readRegularFile(folders_.cache / (source->config.id.toStdString() + ".ics"),
-                                            maxDocumentBytes);
+        const auto cached = readRegularFile(
+            folders_.cache / (source->config.id.toStdString() + ".ics"), maxDocumentBytes);
         if (cached.ok())
             source->candidate = std::make_shared<const std::string>(cached.bytes);
     }
@@ -127,14 +129,13 @@ void CalendarService::loadSources()
             evolution.name = kept->name;
         }
     }
-    std::erase_if(stored, [](const auto& entry) {
-        return entry.kind == CalendarSource::Kind::evolution;
-    });
+    std::erase_if(stored,
+                  [](const auto& entry) { return entry.kind == CalendarSource::Kind::evolution; });
     sources_.clear();
     for (auto& config : stored)
-        sources_.push_back(std::make_unique<Source>(Source{std::move(config)}));
+        sources_.push_back(std::make_unique<Source>(std::move(config)));
     for (auto& config : found)
-        sources_.push_back(std::make_unique<Source>(Source{std::move(config)}));
+        sources_.push_back(std::make_unique<Source>(std::move(config)));
     emit sourcesChanged();
 }
 
@@ -160,7 +161,7 @@ void CalendarService::addSource(CalendarSource config)
     const auto before = std::find_if(sources_.begin(), sources_.end(), [](const auto& source) {
         return source->config.kind == CalendarSource::Kind::evolution;
     });
-    Source& added = **sources_.insert(before, std::make_unique<Source>(Source{std::move(config)}));
+    Source& added = **sources_.insert(before, std::make_unique<Source>(std::move(config)));
     storeSources();
     emit sourcesChanged();
     if (added.config.kind == CalendarSource::Kind::link) {
@@ -367,9 +368,8 @@ void CalendarService::expand()
     QTimeZone zone(QByteArray::fromStdString(job->zone));
     if (!zone.isValid())
         zone = QTimeZone::utc();
-    const QDate today = QDateTime::fromMSecsSinceEpoch(
-                            clock_.now().time_since_epoch().count(), zone)
-                            .date();
+    const QDate today =
+        QDateTime::fromMSecsSinceEpoch(clock_.now().time_since_epoch().count(), zone).date();
     job->from = WallTime(milliseconds(today.startOfDay(zone).toMSecsSinceEpoch()));
     job->to = WallTime(milliseconds(today.addDays(2).startOfDay(zone).toMSecsSinceEpoch()));
     const WallTime tomorrow(milliseconds(today.addDays(1).startOfDay(zone).toMSecsSinceEpoch()));
@@ -386,7 +386,8 @@ void CalendarService::expand()
     runInBackground_(
         [job] {
             for (const auto& input : job->inputs)
-                job->results.push_back(readICalendar(*input.document, job->from, job->to, job->zone));
+                job->results.push_back(
+                    readICalendar(*input.document, job->from, job->to, job->zone));
         },
         [self, job] {
             if (self)
@@ -421,8 +422,8 @@ void CalendarService::finishJob(std::shared_ptr<Job> job)
         } else if (input.isCandidate) {
             continue; // a newer document is waiting for the next job
         }
-        namesMoved |= source->ownName != result.reading->name ||
-                      source->ownColour != result.reading->colour;
+        namesMoved |=
+            source->ownName != result.reading->name || source->ownColour != result.reading->colour;
         source->ownName = std::move(result.reading->name);
         source->ownColour = result.reading->colour;
         source->events = std::move(result.reading->events);
@@ -570,9 +571,9 @@ QString CalendarService::hijriDate(const QDate& date, const QString& pattern) co
 {
     if (!date.isValid())
         return {};
-    return QString::fromStdString(formatHijriDate(
-        date.year(), date.month(), date.day(), settings_.isArabic(),
-        pattern.isEmpty() ? std::string("d MMMM y") : pattern.toStdString()));
+    return QString::fromStdString(
+        formatHijriDate(date.year(), date.month(), date.day(), settings_.isArabic(),
+                        pattern.isEmpty() ? std::string("d MMMM y") : pattern.toStdString()));
 }
 
 QVariantList CalendarService::sourceList() const

@@ -44,10 +44,12 @@ std::vector<CalendarSource> decodeCalendarSources(const QString& json, bool* mal
         source.name = object.value(QStringLiteral("name")).toString();
         source.enabled = object.value(QStringLiteral("enabled")).toBool(true);
         const QString kind = object.value(QStringLiteral("kind")).toString();
-        const auto found = std::find_if(kinds.begin(), kinds.end(),
-                                        [&](auto candidate) { return rawValue(candidate) == kind; });
-        const bool duplicate = std::any_of(sources.begin(), sources.end(),
-                                           [&](const auto& other) { return other.id == source.id; });
+        const auto found = std::find_if(kinds.begin(), kinds.end(), [&](auto candidate) {
+            return rawValue(candidate) == kind;
+        });
+        const bool duplicate = std::any_of(sources.begin(), sources.end(), [&](const auto& other) {
+            return other.id == source.id;
+        });
         if (found == kinds.end() || source.id.isEmpty() || source.location.isEmpty() || duplicate)
             continue;
         source.kind = *found;
@@ -81,8 +83,7 @@ std::vector<CalendarSource> findEvolutionCalendars(const std::filesystem::path& 
         found.push_back({QStringLiteral("evolution:") + name, CalendarSource::Kind::evolution,
                          QString::fromStdString(file.string()), QString(), true});
     }
-    std::sort(found.begin(), found.end(),
-              [](const auto& a, const auto& b) { return a.id < b.id; });
+    std::sort(found.begin(), found.end(), [](const auto& a, const auto& b) { return a.id < b.id; });
     return found;
 }
 

@@ -10,7 +10,7 @@ namespace navro {
 struct CalendarSource {
     enum class Kind { link, file, evolution };
 
-    QString id;       // stable: an upper-case UUID, or "evolution:<folder>" for one found there
+    QString id; // stable: an upper-case UUID, or "evolution:<folder>" for one found there
     Kind kind = Kind::file;
     QString location; // the http(s) address, or the file's path
     QString name;     // the user's own name for it; empty shows the calendar's own name

@@ -1,6 +1,5 @@
-#include "calendar/CalendarFetcher.h"
-
 #include "app/Log.h"
+#include "calendar/CalendarFetcher.h"
 
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
@@ -31,35 +30,34 @@ void HttpCalendarFetcher::fetch(const QString& address, const QString& etag,
             reply->abort();
         }
     });
-    const std::string timeoutSeconds = QString::number(double(timeout_.count()) / 1000).toStdString();
+    const std::string timeoutSeconds =
+        QString::number(double(timeout_.count()) / 1000).toStdString();
     QPointer<QObject> alive(context);
-    QObject::connect(reply, &QNetworkReply::finished, reply,
-                     [reply, alive, timeoutSeconds, done = std::move(done)] {
-                         reply->deleteLater();
-                         if (!alive)
-                             return;
-                         CalendarFetch result;
-                         const int status =
-                             reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
-                         if (reply->property("tooLarge").toBool()) {
-                             result.error = "larger than any calendar";
-                         } else if (reply->error() == QNetworkReply::OperationCanceledError) {
-                             result.error = "no answer within " + timeoutSeconds + " s";
-                         } else if (status == 304) {
-                             result.status = CalendarFetch::Status::notModified;
-                         } else if (reply->error() != QNetworkReply::NoError || status >= 300) {
-                             result.error = status > 0 ? "HTTP " + std::to_string(status)
-                                                       : excerptForLog(
-                                                             reply->errorString().toStdString());
-                         } else {
-                             result.status = CalendarFetch::Status::fetched;
-                             result.body = reply->readAll().toStdString();
-                             result.etag = QString::fromLatin1(reply->rawHeader("ETag"));
-                             result.lastModified =
-                                 QString::fromLatin1(reply->rawHeader("Last-Modified"));
-                         }
-                         done(std::move(result));
-                     });
+    QObject::connect(
+        reply, &QNetworkReply::finished, reply,
+        [reply, alive, timeoutSeconds, done = std::move(done)] {
+            reply->deleteLater();
+            if (!alive)
+                return;
+            CalendarFetch result;
+            const int status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+            if (reply->property("tooLarge").toBool()) {
+                result.error = "larger than any calendar";
+            } else if (reply->error() == QNetworkReply::OperationCanceledError) {
+                result.error = "no answer within " + timeoutSeconds + " s";
+            } else if (status == 304) {
+                result.status = CalendarFetch::Status::notModified;
+            } else if (reply->error() != QNetworkReply::NoError || status >= 300) {
+                result.error = status > 0 ? "HTTP " + std::to_string(status)
+                                          : excerptForLog(reply->errorString().toStdString());
+            } else {
+                result.status = CalendarFetch::Status::fetched;
+                result.body = reply->readAll().toStdString();
+                result.etag = QString::fromLatin1(reply->rawHeader("ETag"));
+                result.lastModified = QString::fromLatin1(reply->rawHeader("Last-Modified"));
+            }
+            done(std::move(result));
+        });
 }
 
 } // namespace navro

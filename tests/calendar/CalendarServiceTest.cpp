@@ -92,7 +92,8 @@ protected:
     {
         // The background reading runs in place, so each change is read before the call returns.
         return std::make_unique<CalendarService>(
-            settings, clock, timeEvents, fetcher, [](auto work, auto then) {
+            settings, clock, timeEvents, fetcher,
+            [](auto work, auto then) {
                 work();
                 then();
             },
@@ -111,14 +112,16 @@ protected:
 
 TEST_F(CalendarServiceTest, EvolutionsCalendarFeedsTheNextMeetingToTheClosedNotch)
 {
-    writeText(folder / "data/evolution/calendar/system/calendar.ics",
-              document(event("h", "Holiday", "DTSTART;VALUE=DATE:20240310\r\n") +
-                       event("e", "Early call", "DTSTART:20240310T070000Z\r\nDTEND:20240310T073000Z\r\n") +
-                       event("s", "Standup", "DTSTART:20240310T082000Z\r\nDTEND:20240310T083500Z\r\n",
-                             "DESCRIPTION:Join https://meet.google.com/abc-defg-hij\r\n") +
-                       event("r", "Review", "DTSTART:20240310T090000Z\r\nDTEND:20240310T100000Z\r\n") +
-                       event("t", "Tomorrow", "DTSTART:20240311T230000Z\r\nDTEND:20240311T233000Z\r\n") +
-                       event("l", "Later", "DTSTART:20240312T000000Z\r\nDTEND:20240312T010000Z\r\n")));
+    writeText(
+        folder / "data/evolution/calendar/system/calendar.ics",
+        document(
+            event("h", "Holiday", "DTSTART;VALUE=DATE:20240310\r\n") +
+            event("e", "Early call", "DTSTART:20240310T070000Z\r\nDTEND:20240310T073000Z\r\n") +
+            event("s", "Standup", "DTSTART:20240310T082000Z\r\nDTEND:20240310T083500Z\r\n",
+                  "DESCRIPTION:Join https://meet.google.com/abc-defg-hij\r\n") +
+            event("r", "Review", "DTSTART:20240310T090000Z\r\nDTEND:20240310T100000Z\r\n") +
+            event("t", "Tomorrow", "DTSTART:20240311T230000Z\r\nDTEND:20240311T233000Z\r\n") +
+            event("l", "Later", "DTSTART:20240312T000000Z\r\nDTEND:20240312T010000Z\r\n")));
     auto service = makeService();
     ActivityCenter center(clock, settings);
     QObject::connect(service.get(), &CalendarService::nextMeetingChanged, &center,
@@ -127,7 +130,8 @@ TEST_F(CalendarServiceTest, EvolutionsCalendarFeedsTheNextMeetingToTheClosedNotc
 
     // The all-day event and the call that has ended are no next meeting; the day after tomorrow
     // is out of the list.
-    EXPECT_THAT(titles(service->upcoming()), ElementsAre("Holiday", "Standup", "Review", "Tomorrow"));
+    EXPECT_THAT(titles(service->upcoming()),
+                ElementsAre("Holiday", "Standup", "Review", "Tomorrow"));
     ASSERT_TRUE(service->nextMeeting());
     EXPECT_EQ(service->nextMeeting()->title, "Standup");
     EXPECT_EQ(service->nextMeeting()->calendarName, "Personal");
@@ -197,7 +201,8 @@ TEST_F(CalendarServiceTest, LinksRefreshConditionallyKeepTheirLastGoodCopyAndLog
         fetcher.answer(failed("HTTP 404"));
     }
     EXPECT_THAT(log.lines, ElementsAre("Navro: could not read calendar Work: HTTP 404"));
-    EXPECT_THAT(titles(service->upcoming()), ElementsAre("Planning")) << "the last good events stay";
+    EXPECT_THAT(titles(service->upcoming()), ElementsAre("Planning"))
+        << "the last good events stay";
     EXPECT_EQ(service->sourceList()[0].toMap()["error"].toString(), "HTTP 404");
 
     // A broken answer is not kept, neither in memory nor on disk.
