@@ -25,8 +25,8 @@ class AdhanAlert : public QObject {
     Q_OBJECT
 
 public:
-    using ShowToast = std::function<void(const std::string& title, const std::string& detail,
-                                          double seconds)>;
+    using ShowToast =
+        std::function<void(const std::string& title, const std::string& detail, double seconds)>;
 
     static constexpr std::chrono::minutes maxLateness{5};
     static constexpr double toastSeconds = 60;
