@@ -19,8 +19,8 @@
 #include "data/ClipboardImageProvider.h"
 #include "data/ClipboardStore.h"
 #include "data/FrontmostApplication.h"
-#include "data/Pasteboard.h"
 #include "data/NotesStore.h"
+#include "data/Pasteboard.h"
 #include "data/SleepPreventer.h"
 #include "data/TimerService.h"
 #include "media/ArtworkDownloader.h"
@@ -38,6 +38,7 @@
 #include "prayer/PrayerService.h"
 
 #include <QApplication>
+#include <QDateTime>
 #include <QGuiApplication>
 #include <QIcon>
 #include <QPainter>
@@ -47,6 +48,7 @@
 #include <QQuickWindow>
 #include <QScreen>
 #include <QSvgRenderer>
+#include <QTimeZone>
 
 namespace navro {
 namespace {
@@ -213,6 +215,14 @@ void AppDelegate::start()
             remote_->timerChanged();
     });
     publishState();
+    connect(prayer_.get(), &PrayerService::prayerChanged, this, [this] {
+        if (remote_)
+            remote_->nextPrayerChanged();
+    });
+    connect(calendar_.get(), &CalendarService::nextMeetingChanged, this, [this] {
+        if (remote_)
+            remote_->nextMeetingChanged();
+    });
     connect(nowPlaying_.get(), &NowPlayingService::infoChanged, this,
             &AppDelegate::noteNowPlayingChanged);
     noteNowPlayingChanged();
@@ -441,6 +451,35 @@ RemoteTimer AppDelegate::remoteTimer() const
         timer.focus = timer_->isFocus();
     }
     return timer;
+}
+
+namespace {
+
+QString isoUtc(std::chrono::milliseconds sinceEpoch)
+{
+    return QDateTime::fromMSecsSinceEpoch(sinceEpoch.count(), QTimeZone::utc())
+        .toString(Qt::ISODate);
+}
+
+} // namespace
+
+std::optional<RemoteNextPrayer> AppDelegate::remoteNextPrayer() const
+{
+    if (!prayer_ || !prayer_->upcoming())
+        return std::nullopt;
+    const auto& next = *prayer_->upcoming();
+    return RemoteNextPrayer{toQString(rawValue(next.prayer)), isoUtc(next.at.time_since_epoch()),
+                            prayer_->cityEnglish()};
+}
+
+std::optional<RemoteNextMeeting> AppDelegate::remoteNextMeeting() const
+{
+    if (!calendar_ || !calendar_->nextMeeting())
+        return std::nullopt;
+    const Meeting& next = *calendar_->nextMeeting();
+    return RemoteNextMeeting{
+        QString::fromStdString(next.title), isoUtc(next.start.time_since_epoch()),
+        isoUtc(next.end.time_since_epoch()), QString::fromStdString(next.joinLink.value_or(""))};
 }
 
 bool AppDelegate::startTimer(double minutes, bool focus)

@@ -83,6 +83,8 @@ public:
     {
         return nowPlayingSnapshot_;
     }
+    std::optional<RemoteNextPrayer> remoteNextPrayer() const override;
+    std::optional<RemoteNextMeeting> remoteNextMeeting() const override;
 
 private:
     // StatusItemHost

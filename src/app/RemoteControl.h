@@ -37,6 +37,21 @@ struct RemoteNowPlaying {
     bool operator==(const RemoteNowPlaying&) const = default;
 };
 
+// The next of the five prayers, for status bars. Instants are ISO 8601 in UTC.
+struct RemoteNextPrayer {
+    QString prayer; // "fajr", "dhuhr", "asr", "maghrib" or "isha"
+    QString at;
+    QString city; // in English
+    bool operator==(const RemoteNextPrayer&) const = default;
+};
+
+// The next meeting of the user's calendars (not all-day, not ended).
+struct RemoteNextMeeting {
+    QString title, start, end;
+    QString joinLink; // empty when it has none
+    bool operator==(const RemoteNextMeeting&) const = default;
+};
+
 // The operations another process may ask of the running Navro; implemented by the application's
 // composition root. Every call arrives on the main thread.
 class RemoteControl {
@@ -57,6 +72,8 @@ public:
     virtual void stopTimer() = 0;
     // Nothing while nothing plays.
     virtual std::optional<RemoteNowPlaying> remoteNowPlaying() const { return std::nullopt; }
+    virtual std::optional<RemoteNextPrayer> remoteNextPrayer() const { return std::nullopt; }
+    virtual std::optional<RemoteNextMeeting> remoteNextMeeting() const { return std::nullopt; }
 };
 
 // Publishes a RemoteControl to other processes for as long as it lives.
@@ -71,6 +88,10 @@ public:
     virtual void timerChanged() = 0;
     // Likewise for remoteNowPlaying().
     virtual void nowPlayingChanged() = 0;
+    // After anything in remoteNextPrayer() or remoteNextMeeting() may have changed; listeners
+    // hear of real changes only.
+    virtual void nextPrayerChanged() {}
+    virtual void nextMeetingChanged() {}
 };
 
 // For main(), before anything else is built: when another Navro already runs for this user, asks

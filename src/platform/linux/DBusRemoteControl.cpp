@@ -29,6 +29,16 @@ QVariantMap RemoteControlAdaptor::nowPlaying() const
     return toVariantMap(target_.remoteNowPlaying());
 }
 
+QVariantMap RemoteControlAdaptor::nextPrayer() const
+{
+    return toVariantMap(target_.remoteNextPrayer());
+}
+
+QVariantMap RemoteControlAdaptor::nextMeeting() const
+{
+    return toVariantMap(target_.remoteNextMeeting());
+}
+
 void RemoteControlAdaptor::Open(bool focus)
 {
     target_.open(focus);
@@ -111,9 +121,30 @@ QVariantMap toVariantMap(const std::optional<RemoteNowPlaying>& nowPlaying)
     };
 }
 
+QVariantMap toVariantMap(const std::optional<RemoteNextPrayer>& prayer)
+{
+    if (!prayer)
+        return {};
+    return {{QStringLiteral("prayer"), prayer->prayer},
+            {QStringLiteral("at"), prayer->at},
+            {QStringLiteral("city"), prayer->city}};
+}
+
+QVariantMap toVariantMap(const std::optional<RemoteNextMeeting>& meeting)
+{
+    if (!meeting)
+        return {};
+    return {{QStringLiteral("title"), meeting->title},
+            {QStringLiteral("start"), meeting->start},
+            {QStringLiteral("end"), meeting->end},
+            {QStringLiteral("joinLink"), meeting->joinLink}};
+}
+
 DBusRemoteControl::DBusRemoteControl(QDBusConnection connection, RemoteControl& target)
     : connection_(std::move(connection)), target_(target), published_(target.remoteState()),
-      publishedNowPlaying_(target.remoteNowPlaying())
+      publishedNowPlaying_(target.remoteNowPlaying()),
+      publishedNextPrayer_(target.remoteNextPrayer()),
+      publishedNextMeeting_(target.remoteNextMeeting())
 {
     if (!connection_.isConnected()) {
         failure_ = connection_.lastError().message();
@@ -178,6 +209,24 @@ void DBusRemoteControl::nowPlayingChanged()
     }
     publishedNowPlaying_ = current;
     announce(QStringLiteral("NowPlaying"), toVariantMap(current));
+}
+
+void DBusRemoteControl::nextPrayerChanged()
+{
+    auto current = target_.remoteNextPrayer();
+    if (current == publishedNextPrayer_)
+        return;
+    publishedNextPrayer_ = current;
+    announce(QStringLiteral("NextPrayer"), toVariantMap(current));
+}
+
+void DBusRemoteControl::nextMeetingChanged()
+{
+    auto current = target_.remoteNextMeeting();
+    if (current == publishedNextMeeting_)
+        return;
+    publishedNextMeeting_ = current;
+    announce(QStringLiteral("NextMeeting"), toVariantMap(current));
 }
 
 void DBusRemoteControl::announce(const QString& property, const QVariantMap& value)

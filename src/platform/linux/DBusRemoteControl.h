@@ -22,6 +22,8 @@ class RemoteControlAdaptor final : public QDBusAbstractAdaptor {
     Q_PROPERTY(QVariantMap State READ state)
     Q_PROPERTY(QVariantMap Timer READ timer)
     Q_PROPERTY(QVariantMap NowPlaying READ nowPlaying)
+    Q_PROPERTY(QVariantMap NextPrayer READ nextPrayer)
+    Q_PROPERTY(QVariantMap NextMeeting READ nextMeeting)
 
 public:
     RemoteControlAdaptor(QObject* parent, const QDBusContext& call, RemoteControl& target);
@@ -29,6 +31,8 @@ public:
     QVariantMap state() const;
     QVariantMap timer() const;
     QVariantMap nowPlaying() const;
+    QVariantMap nextPrayer() const;
+    QVariantMap nextMeeting() const;
 
 public slots:
     void Open(bool focus);
@@ -49,6 +53,9 @@ QVariantMap toVariantMap(const RemoteState& state);
 QVariantMap toVariantMap(const RemoteTimer& timer);
 // Empty while nothing plays.
 QVariantMap toVariantMap(const std::optional<RemoteNowPlaying>& nowPlaying);
+// Empty without one.
+QVariantMap toVariantMap(const std::optional<RemoteNextPrayer>& prayer);
+QVariantMap toVariantMap(const std::optional<RemoteNextMeeting>& meeting);
 
 // Owns the bus name and the object for as long as it lives.
 class DBusRemoteControl final : public QObject, public RemoteControlPublisher, public QDBusContext {
@@ -66,6 +73,8 @@ public:
     void stateChanged() override;
     void timerChanged() override;
     void nowPlayingChanged() override;
+    void nextPrayerChanged() override;
+    void nextMeetingChanged() override;
 
 private:
     void announce(const QString& property, const QVariantMap& value);
@@ -74,6 +83,8 @@ private:
     RemoteControl& target_;
     RemoteState published_;
     std::optional<RemoteNowPlaying> publishedNowPlaying_;
+    std::optional<RemoteNextPrayer> publishedNextPrayer_;
+    std::optional<RemoteNextMeeting> publishedNextMeeting_;
     Outcome outcome_ = Outcome::failed;
     QString failure_;
 };
