@@ -1,7 +1,6 @@
 import QtQuick
 import QtQuick.Controls
 import QtQuick.Layouts
-import "LocalDigits.js" as Digits
 
 // The Calendar tab: today's and tomorrow's events under their day (time, title, calendar colour,
 // location, and "Join" for a video call), and the month with today marked and its Umm al-Qura
@@ -20,7 +19,7 @@ FocusScope {
     }
 
     function timeText(value) {
-        return Digits.write(Qt.formatTime(value, arabic ? "h:mm" : "h:mm AP"), arabic);
+        return Format.time(value);
     }
 
     function whenText(event) {
@@ -176,7 +175,7 @@ FocusScope {
             Text {
                 objectName: "monthTitle"
                 Layout.fillWidth: true
-                text: Digits.write(tab.today.toLocaleDateString(tab.locale, "MMMM yyyy"), tab.arabic)
+                text: Format.digits(tab.today.toLocaleDateString(tab.locale, "MMMM yyyy"))
                 color: Theme.notchText
                 font.family: Theme.fontFamily
                 font.pixelSize: Theme.bodySize
@@ -225,7 +224,7 @@ FocusScope {
                     }
                     Text {
                         anchors.centerIn: parent
-                        text: Digits.write(parent.model.day, tab.arabic)
+                        text: Format.digits(parent.model.day)
                         color: parent.isToday ? Theme.textOnAccent
                                               : parent.model.month === grid.month ? Theme.notchText
                                                                                   : Theme.notchTertiaryText

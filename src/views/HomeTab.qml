@@ -1,7 +1,6 @@
 import QtQuick
 import QtQuick.Controls
 import QtQuick.Layouts
-import "LocalDigits.js" as Digits
 
 // The Home tab, the day at a glance: the date in both calendars, the next prayer with its
 // countdown and the day's times, the next meeting, what plays, the timer and the to-dos due
@@ -33,7 +32,7 @@ FocusScope {
     Component.onDestruction: prayer.stopWatchingCountdown()
 
     function timeText(value) {
-        return Digits.write(Qt.formatTime(value, arabic ? "h:mm" : "h:mm AP"), arabic);
+        return Format.time(value);
     }
 
     function openTab(id) {
@@ -46,7 +45,10 @@ FocusScope {
             return arabic ? "الآن" : "now";
         if (minutes >= 60)
             return (arabic ? "الساعة " : "at ") + timeText(start);
-        return arabic ? "بعد " + Digits.write(minutes, true) + " د" : "in " + minutes + " min";
+        if (!arabic)
+            return "in " + minutes + " min";
+        return minutes === 1 ? "بعد دقيقة" : minutes === 2 ? "بعد دقيقتين"
+             : "بعد " + Format.number(minutes) + (minutes <= 10 ? " دقائق" : " دقيقة");
     }
 
     component Card: Rectangle {
@@ -107,7 +109,7 @@ FocusScope {
             Caption { text: tab.now.toLocaleDateString(tab.locale, "dddd") }
             Headline {
                 objectName: "homeGregorian"
-                text: Digits.write(tab.now.toLocaleDateString(tab.locale, "d MMMM yyyy"), tab.arabic)
+                text: Format.digits(tab.now.toLocaleDateString(tab.locale, "d MMMM yyyy"))
             }
             Text {
                 objectName: "homeHijri"
@@ -134,11 +136,11 @@ FocusScope {
                 Headline {
                     Layout.fillWidth: false
                     text: (tab.arabic ? prayer.nextPrayerArabic : prayer.nextPrayerEnglish)
-                          + "  " + Digits.write(prayer.nextPrayerClock, tab.arabic)
+                          + "  " + Format.digits(prayer.nextPrayerClock)
                 }
                 Caption {
                     objectName: "homeCountdown"
-                    text: (tab.arabic ? "بعد " : "in ") + Digits.write(prayer.countdownText, tab.arabic)
+                    text: (tab.arabic ? "بعد " : "in ") + Format.digits(prayer.countdownText)
                           + " · " + (tab.arabic ? prayer.cityArabic : prayer.cityEnglish)
                 }
             }
@@ -164,7 +166,7 @@ FocusScope {
                             }
                             Text {
                                 anchors.horizontalCenter: parent.horizontalCenter
-                                text: Digits.write(modelData.clock, tab.arabic)
+                                text: Format.digits(modelData.clock)
                                 color: parent.parent.isNext ? Theme.notchFill : Theme.notchText
                                 font.family: Theme.fontFamily
                                 font.pixelSize: Theme.smallSize
@@ -226,7 +228,7 @@ FocusScope {
             Caption { text: tab.arabic ? "المؤقت" : "Timer" }
             Headline {
                 visible: parent.parent.running
-                text: Digits.write(timerService.clockText, tab.arabic)
+                text: Format.digits(timerService.clockText)
             }
             Item { Layout.fillHeight: true }
             RowLayout {
@@ -236,7 +238,7 @@ FocusScope {
                     model: [5, 25, 45]
                     delegate: NotchTextButton {
                         implicitHeight: 26
-                        text: Digits.write(modelData, tab.arabic) + (tab.arabic ? " د" : " min")
+                        text: Format.digits(modelData) + (tab.arabic ? " د" : " min")
                         onClicked: timerService.start(modelData, false)
                     }
                 }
@@ -249,7 +251,7 @@ FocusScope {
             visible: tab.dueTodos.length > 0
             onActivated: tab.openTab("notes")
             Caption {
-                text: tab.arabic ? "مستحقة اليوم: " + Digits.write(tab.dueTodos.length, true)
+                text: tab.arabic ? "مستحقة اليوم: " + Format.digits(tab.dueTodos.length)
                                  : "Due today: " + tab.dueTodos.length
             }
             Repeater {
