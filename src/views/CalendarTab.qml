@@ -212,8 +212,10 @@ FocusScope {
                 locale: tab.locale
                 spacing: 0
                 delegate: Item {
-                    required property var model
-                    readonly property bool isToday: model.today
+                    required property int day
+                    required property int month
+                    required property bool today
+                    readonly property bool isToday: today
                     implicitHeight: 18
                     Rectangle {
                         anchors.centerIn: parent
@@ -224,9 +226,9 @@ FocusScope {
                     }
                     Text {
                         anchors.centerIn: parent
-                        text: Format.digits(parent.model.day)
+                        text: Format.digits(parent.day)
                         color: parent.isToday ? Theme.textOnAccent
-                                              : parent.model.month === grid.month ? Theme.notchText
+                                              : parent.month === grid.month ? Theme.notchText
                                                                                   : Theme.notchTertiaryText
                         font.family: Theme.fontFamily
                         font.pixelSize: Theme.captionSize

@@ -18,18 +18,31 @@ FocusScope {
     // Read again with the clock, since "today" moves at midnight.
     readonly property var dueTodos: { tab.now; return notes.dueToday(); }
 
+    // On screen: the notch is open on this tab.
+    readonly property bool shown: tab.visible && notch.isOpen
+    property bool watchingCountdown: false
+    function followCountdown() {
+        if (shown === watchingCountdown)
+            return;
+        watchingCountdown = shown;
+        if (shown)
+            prayer.watchCountdown();
+        else
+            prayer.stopWatchingCountdown();
+    }
+    onShownChanged: followCountdown()
     Timer {
         interval: 1000
         repeat: true
-        running: tab.visible && notch.isOpen
+        running: tab.shown
         onTriggered: tab.now = new Date()
     }
     Connections {
         target: notes
         function onTodosChanged() { tab.now = new Date() }
     }
-    Component.onCompleted: prayer.watchCountdown()
-    Component.onDestruction: prayer.stopWatchingCountdown()
+    Component.onCompleted: followCountdown()
+    Component.onDestruction: if (watchingCountdown) prayer.stopWatchingCountdown()
 
     function timeText(value) {
         return Format.time(value);
