@@ -48,7 +48,6 @@
 #include <QQuickWindow>
 #include <QScreen>
 #include <QSvgRenderer>
-#include <QTimeZone>
 
 namespace navro {
 namespace {
@@ -457,8 +456,7 @@ namespace {
 
 QString isoUtc(std::chrono::milliseconds sinceEpoch)
 {
-    return QDateTime::fromMSecsSinceEpoch(sinceEpoch.count(), QTimeZone::utc())
-        .toString(Qt::ISODate);
+    return QDateTime::fromMSecsSinceEpoch(sinceEpoch.count()).toUTC().toString(Qt::ISODate);
 }
 
 } // namespace
