@@ -1,18 +1,43 @@
 #include "app/AppDelegate.h"
+#include "app/Log.h"
 #include "app/RemoteControl.h"
 #include "app/TerminationSignals.h"
 #include "app/Version.h"
+#include "prayer/SystemZone.h"
 
 #include <QApplication>
 #include <QQmlEngineExtensionPlugin>
 #include <QQuickStyle>
 #include <QQuickWindow>
+#include <cstdlib>
 
 // The views, compiled into the program.
 Q_IMPORT_QML_PLUGIN(NavroPlugin)
 
+namespace {
+
+// The C library, Qt and ICU all read the file that TZ names the first time anything asks for
+// local time; a folder, a FIFO or a device there would abort or block the process, so a value
+// that names no usable zone is replaced before any of them looks.
+void settleTimeZone()
+{
+    const navro::ZoneSettingCheck zone =
+        navro::checkZoneSetting(std::getenv("TZ"), std::getenv("TZDIR"));
+    if (zone.fallback == navro::ZoneSettingCheck::Fallback::none)
+        return;
+    navro::logLine(zone.message);
+    if (zone.fallback == navro::ZoneSettingCheck::Fallback::systemZone)
+        ::unsetenv("TZ");
+    else
+        ::setenv("TZ", "UTC0", 1);
+}
+
+} // namespace
+
 int main(int argc, char* argv[])
 {
+    settleTimeZone();
+
     // The notch needs what only X11 offers a client (a window above all others at a position of
     // its choosing, input shapes, a global key grab), so a Wayland session runs it on XWayland.
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") &&
