@@ -1,15 +1,16 @@
 #include "app/AppDelegate.h"
 
 #include "app/AppActions.h"
+#include "app/AppNotices.h"
 #include "app/AppSettings.h"
 #include "app/DesktopNotifier.h"
 #include "app/FileAccess.h"
 #include "app/HotKey.h"
 #include "app/IconImageProvider.h"
+#include "app/IniSettingsStore.h"
 #include "app/LaunchAtLogin.h"
 #include "app/Log.h"
 #include "app/OnboardingFinish.h"
-#include "app/QSettingsStore.h"
 #include "app/QmlWindowHost.h"
 #include "app/Shell.h"
 #include "app/SoundPlayer.h"
@@ -75,7 +76,8 @@ QIcon applicationIcon()
 } // namespace
 
 AppDelegate::AppDelegate(QApplication& application)
-    : application_(application), store_(std::make_unique<QSettingsStore>()),
+    : application_(application),
+      store_(std::make_unique<IniSettingsStore>(clock_, IniSettingsStore::defaultPath())),
       settings_(std::make_unique<AppSettings>(*store_, &AppSettings::systemPreferredLanguages)),
       engine_(std::make_unique<QQmlApplicationEngine>())
 {
@@ -260,8 +262,14 @@ MenuBarActions AppDelegate::menuBarActions()
 
 void AppDelegate::setUpEngine()
 {
+    notices_ = std::make_unique<AppNotices>();
+    notices_->setSettingsSaveProblem(store_->saveProblem());
+    connect(store_.get(), &IniSettingsStore::saveProblemChanged, notices_.get(),
+            [this] { notices_->setSettingsSaveProblem(store_->saveProblem()); });
+
     engine_->addImageProvider(QStringLiteral("icon"), new IconImageProvider);
     QQmlContext* context = engine_->rootContext();
+    context->setContextProperty(QStringLiteral("notices"), notices_.get());
     context->setContextProperty(QStringLiteral("settings"), settings_.get());
     context->setContextProperty(QStringLiteral("notch"), notchModel_.get());
     context->setContextProperty(QStringLiteral("activityCenter"), activityCenter_.get());
@@ -326,7 +334,7 @@ void AppDelegate::shutdown()
     if (notes_)
         notes_->flushPendingSave();
     if (store_)
-        store_->sync();
+        store_->saveNow();
 }
 
 void AppDelegate::presentOnboarding()

@@ -18,6 +18,7 @@ namespace navro {
 
 class ActivityCenter;
 class AppActions;
+class AppNotices;
 class AppSettings;
 class ArtworkDownloader;
 class ClipboardHistoryModel;
@@ -38,7 +39,7 @@ class Pasteboard;
 class PlayerApplications;
 class PrayerService;
 class SystemTimeEvents;
-class QSettingsStore;
+class IniSettingsStore;
 class QmlWindowHost;
 class Shell;
 class SleepPreventer;
@@ -102,7 +103,7 @@ private:
     QApplication& application_;
     QtClock clock_;
     AppEvents events_;
-    std::unique_ptr<QSettingsStore> store_;
+    std::unique_ptr<IniSettingsStore> store_;
     std::unique_ptr<AppSettings> settings_;
     std::unique_ptr<QQmlApplicationEngine> engine_;
     std::unique_ptr<QmlWindowHost> settingsWindow_;
@@ -132,6 +133,7 @@ private:
     std::unique_ptr<PanelWindowSystem> panelWindowSystem_;
     std::unique_ptr<NotchWindowController> notch_;
     std::unique_ptr<AppActions> actions_;
+    std::unique_ptr<AppNotices> notices_;
     std::unique_ptr<QSystemTrayIcon> statusItem_;
     std::unique_ptr<HotKey> hotKey_;
     std::unique_ptr<OnboardingFinish> onboardingFinish_;
