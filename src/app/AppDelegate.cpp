@@ -18,9 +18,10 @@
 #include "data/ClipboardImageProvider.h"
 #include "data/ClipboardStore.h"
 #include "data/FrontmostApplication.h"
-#include "data/Pasteboard.h"
 #include "data/NotesStore.h"
+#include "data/Pasteboard.h"
 #include "data/SleepPreventer.h"
+#include "data/TimerPhase.h"
 #include "data/TimerService.h"
 #include "media/ArtworkDownloader.h"
 #include "media/NowPlayingImageProvider.h"
@@ -351,6 +352,18 @@ void AppDelegate::showSettings(const QString& page)
     settingsWindow_->show();
 }
 
+RemoteRefusal AppDelegate::openSettings(const QString& page)
+{
+    if (!settingsPageFromRaw(page.toStdString())) {
+        QStringList pages;
+        for (SettingsPage known : allSettingsPages)
+            pages << toQString(rawValue(known));
+        return unknownChoice(QStringLiteral("settings page"), page, pages);
+    }
+    showSettings(page);
+    return std::nullopt;
+}
+
 void AppDelegate::finishOnboarding()
 {
     settings_->setHasCompletedOnboarding(true);
@@ -381,18 +394,22 @@ void AppDelegate::toggle()
         notchModel_->open(false, true);
 }
 
-bool AppDelegate::openTab(const QString& tab)
+RemoteRefusal AppDelegate::openTab(const QString& tab)
 {
     const auto chosen = notchTabFromRaw(tab.toStdString());
-    if (!chosen)
-        return false;
+    if (!chosen) {
+        QStringList tabs;
+        for (NotchTab known : allNotchTabs)
+            tabs << toQString(rawValue(known));
+        return unknownChoice(QStringLiteral("tab"), tab, tabs);
+    }
     if (notchPanelVisible()) {
         // Opening may pick the tab of the closed notch's activity; the asked-for tab wins.
         notchModel_->open(false, true);
         notchModel_->setSelectedTab(*chosen);
         notch_->takeFocus();
     }
-    return true;
+    return std::nullopt;
 }
 
 RemoteState AppDelegate::remoteState() const
@@ -421,9 +438,12 @@ RemoteTimer AppDelegate::remoteTimer() const
     return timer;
 }
 
-bool AppDelegate::startTimer(double minutes, bool focus)
+RemoteRefusal AppDelegate::startTimer(double minutes, bool focus)
 {
-    return timer_ && timer_->start(minutes, focus);
+    if (timer_ && timer_->start(minutes, focus))
+        return std::nullopt;
+    return QStringLiteral("a timer runs for more than 0 and at most %1 minutes")
+        .arg(longestTimerMinutes);
 }
 
 void AppDelegate::stopTimer()

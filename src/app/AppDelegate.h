@@ -70,11 +70,11 @@ public:
     void open(bool focus) override;
     void close() override;
     void toggle() override;
-    void openSettings(const QString& page) override { showSettings(page); }
-    bool openTab(const QString& tab) override;
+    RemoteRefusal openSettings(const QString& page) override;
+    RemoteRefusal openTab(const QString& tab) override;
     RemoteState remoteState() const override;
     RemoteTimer remoteTimer() const override;
-    bool startTimer(double minutes, bool focus) override;
+    RemoteRefusal startTimer(double minutes, bool focus) override;
     void stopTimer() override;
     std::optional<RemoteNowPlaying> remoteNowPlaying() const override
     {
