@@ -91,7 +91,7 @@ int main(int argc, char* argv[])
         qputenv("QT_QPA_PLATFORM", "xcb");
     // Qt would end in an abort of its own, with a core file and no word of what to do.
     if (const auto problem = navro::displayProblem()) {
-        navro::logLine("Navro needs an X11 display (or XWayland): " + *problem);
+        navro::logLine("needs an X11 display (or XWayland) to run; " + *problem);
         return 1;
     }
     navro::avoidSilentBuses();

@@ -151,8 +151,9 @@ QRect NotchViewModel::closedRect() const
 
 QRect NotchViewModel::openRect() const
 {
-    return {geometry_.screenX + (geometry_.screenWidth - openNotchSize.width) / 2,
-            geometry_.screenY, openNotchSize.width, openNotchSize.height};
+    const NotchSize size = geometry_.openSize;
+    return {geometry_.screenX + (geometry_.screenWidth - size.width) / 2, geometry_.screenY,
+            size.width, size.height};
 }
 
 QRect NotchViewModel::hotZoneRect() const

@@ -141,7 +141,7 @@ BusProbe probeBus(std::string_view address, std::chrono::milliseconds patience)
             return {BusProbe::Answer::absent, std::strerror(errno)};
         // A full backlog: the server is not taking connections in, which is silence too.
         if (!waitFor(socket.get(), POLLOUT, deadline))
-            return {BusProbe::Answer::silent, "the connection was not taken in"};
+            return {BusProbe::Answer::silent, "did not take the connection in"};
     }
 
     // The opening of the authentication handshake every D-Bus client sends first; any server
@@ -151,12 +151,12 @@ BusProbe probeBus(std::string_view address, std::chrono::milliseconds patience)
     if (::send(socket.get(), hello.data(), hello.size(), MSG_NOSIGNAL) != ssize_t(hello.size()))
         return {BusProbe::Answer::absent, std::strerror(errno)};
     if (!waitFor(socket.get(), POLLIN, deadline))
-        return {BusProbe::Answer::silent, "it accepted the connection but did not answer within " +
+        return {BusProbe::Answer::silent, "accepted the connection but did not answer within " +
                                               std::to_string(patience.count()) + " ms"};
     char reply[64];
     const ssize_t got = ::recv(socket.get(), reply, sizeof reply, 0);
     if (got <= 0)
-        return {BusProbe::Answer::absent, got == 0 ? "it hung up" : std::strerror(errno)};
+        return {BusProbe::Answer::absent, got == 0 ? "hung up" : std::strerror(errno)};
     return {BusProbe::Answer::answers, {}};
 }
 

@@ -19,7 +19,7 @@ struct BusProbe {
         unknown, // an address this probe does not speak (tcp, launchd, ...)
     };
     Answer answer = Answer::unknown;
-    std::string detail; // why, for a log line
+    std::string detail; // what the server did, for a log line ("the bus at X " + detail)
 };
 
 BusProbe probeBus(std::string_view address, std::chrono::milliseconds patience);
