@@ -306,10 +306,18 @@ void AppDelegate::setUpStatusItem()
 void AppDelegate::setUpHotKey()
 {
     QPointer<AppDelegate> self(this);
-    hotKey_ = makeHotKey(Qt::Key_L, Qt::ControlModifier | Qt::AltModifier, [self] {
+    HotKeyGrab grab = makeHotKey(Qt::Key_L, Qt::ControlModifier | Qt::AltModifier, [self] {
         if (self)
             self->toggle();
     });
+    hotKey_ = std::move(grab.hotKey);
+    // Said once while it lasts; the settings window shows it with the way round it.
+    if (grab.takenByAnother && !notices_->hotKeyTaken())
+        logLine("Ctrl+Alt+L is taken by another program, so it does not open the notch; the bus's "
+                "Toggle does (see navro --help)");
+    else if (hotKey_ && notices_->hotKeyTaken())
+        logLine("Ctrl+Alt+L is free again and opens the notch");
+    notices_->setHotKeyTaken(grab.takenByAnother);
 }
 
 void AppDelegate::shutdown()
@@ -347,6 +355,9 @@ void AppDelegate::presentOnboarding()
 
 void AppDelegate::showSettings(const QString& page)
 {
+    // The user may have freed the key meanwhile; the window tells whether it is Navro's now.
+    if (!hotKey_ && notices_->hotKeyTaken())
+        setUpHotKey();
     closeNotch();
     settings_->setSettingsPageRaw(page);
     settingsWindow_->show();

@@ -73,7 +73,7 @@ ColumnLayout {
             text: column.toggleCommand
             readOnly: true
             selectByMouse: true
-            wrapMode: TextEdit.WrapAnywhere
+            wrapMode: TextEdit.Wrap
             color: Theme.text
             selectionColor: Theme.accent
             selectedTextColor: Theme.textOnAccent

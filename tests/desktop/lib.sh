@@ -143,9 +143,7 @@ desktop_start() {
 
     # The bus gets HOME and DISPLAY first: services it starts inherit them.
     : >"$DESKTOP_DIR/bus-address"
-    desktop_spawn dbus dbus-daemon --session --nofork --nopidfile \
-        --address="unix:path=$DESKTOP_DIR/runtime/bus" --print-address=3 3>"$DESKTOP_DIR/bus-address"
-    wait_until 10 "the session bus" grep -q . "$DESKTOP_DIR/bus-address" || return 1
+    desktop_start_bus || return 1
     export DBUS_SESSION_BUS_ADDRESS
     DBUS_SESSION_BUS_ADDRESS=$(head -n1 "$DESKTOP_DIR/bus-address")
 
@@ -161,6 +159,22 @@ desktop_start() {
         wait_until 10 "the tray host" desktop_has_selection_owner _NET_SYSTEM_TRAY_S0 || return 1
     fi
     desktop_say "desktop $DISPLAY ready in $DESKTOP_DIR"
+}
+
+# desktop_start_bus: the session bus at its fixed socket; its pid is in DESKTOP_BUS_PID.
+desktop_start_bus() {
+    : >"$DESKTOP_DIR/bus-address"
+    desktop_spawn dbus dbus-daemon --session --nofork --nopidfile \
+        --address="unix:path=$DESKTOP_DIR/runtime/bus" --print-address=3 3>"$DESKTOP_DIR/bus-address"
+    DESKTOP_BUS_PID=$DESKTOP_LAST_PID
+    wait_until 10 "the session bus" grep -q . "$DESKTOP_DIR/bus-address"
+}
+
+# desktop_restart_bus: the session bus stops and a new one starts at the same address, as after a
+# crash of the session's bus.
+desktop_restart_bus() {
+    desktop_stop "$DESKTOP_BUS_PID"
+    desktop_start_bus
 }
 
 desktop_wm_ready() {
@@ -208,6 +222,24 @@ timer_field_is() {
 # plays).
 now_playing_field_is() {
     [ "$(navro_field "$1" NowPlaying)" = "$2" ]
+}
+
+# navro_owns_name: io.navro.Navro has an owner on the session bus.
+navro_owns_name() {
+    gdbus call --session --dest org.freedesktop.DBus --object-path /org/freedesktop/DBus \
+        --method org.freedesktop.DBus.GetNameOwner io.navro.Navro >/dev/null 2>&1
+}
+
+# longest_line FILE: the length in bytes of the file's longest line.
+longest_line() {
+    LC_ALL=C awk '{ if (length($0) > n) n = length($0) } END { print n + 0 }' "$1"
+}
+
+# colour_count FILE RRGGBB: how many pixels of the picture have exactly that colour.
+colour_count() {
+    "$DESKTOP_CONVERT" "$1" -format %c histogram:info:- |
+        awk -v c="#$2" 'index(toupper($0), toupper(c) " ") { sub(":", "", $1); n += $1 }
+                        END { print n + 0 }'
 }
 
 navro_call() {
