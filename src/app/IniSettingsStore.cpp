@@ -5,8 +5,11 @@
 #include "app/SafeStorage.h"
 #include "app/Version.h"
 
+#include <cerrno>
 #include <charconv>
 #include <cmath>
+#include <cstring>
+#include <sys/stat.h>
 
 namespace navro {
 namespace {
@@ -82,6 +85,7 @@ void IniSettingsStore::load()
             logLine("settings file " + file_.string() + ": " + describeDamage(document) +
                     "; a copy of the file is kept before it is next written");
         values_ = std::move(document.values);
+        keepPrivate();
         return;
     }
     case FileRead::Status::notRegular:
@@ -234,6 +238,18 @@ bool IniSettingsStore::save()
         emit saveProblemChanged();
     }
     return true;
+}
+
+void IniSettingsStore::keepPrivate()
+{
+    // Files of earlier versions, or made by hand, were readable by everyone.
+    std::optional<FileError> error = makePrivateFolder(file_.parent_path());
+    struct stat info {};
+    if (!error && ::stat(file_.c_str(), &info) == 0 && (info.st_mode & 07777) != 0600 &&
+        ::chmod(file_.c_str(), 0600) != 0)
+        error = std::strerror(errno);
+    if (error)
+        logLine("settings file " + file_.string() + " could not be made private: " + *error);
 }
 
 bool IniSettingsStore::keepDamagedOriginal()

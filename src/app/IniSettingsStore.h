@@ -11,7 +11,8 @@
 namespace navro {
 
 // The settings as an INI file, by default ~/.config/Navro/Navro.conf, in the dialect QSettings
-// writes (files of earlier versions read the same), kept 0600 in a 0700 folder.
+// writes (files of earlier versions read the same), kept 0600 in a 0700 folder (a file found
+// with looser modes is made so when it is read).
 //
 // Nothing in the file is trusted. Anything but a regular file of a sensible size is left alone
 // and the defaults serve; lines that cannot be read are named in the log and dropped, and before
@@ -70,6 +71,7 @@ private:
     void load();
     void write(const QString& key, std::string text);
     bool save();
+    void keepPrivate();
     bool keepDamagedOriginal();
     void reportSaveFailure(const std::string& reason);
 

@@ -56,11 +56,12 @@ void settleTimeZone()
         navro::checkZoneSetting(std::getenv("TZ"), std::getenv("TZDIR"));
     if (zone.fallback == navro::ZoneSettingCheck::Fallback::none)
         return;
-    navro::logLine(zone.message);
     if (zone.fallback == navro::ZoneSettingCheck::Fallback::systemZone)
         ::unsetenv("TZ");
     else
         ::setenv("TZ", "UTC0", 1);
+    // Only now: the system log stamps each line with the local time, which reads the zone.
+    navro::logLine(zone.message);
 }
 
 // Another Navro holds the lock: this launch only asks it to open its notch. It needs no display

@@ -173,6 +173,19 @@ TEST_F(IniSettingsStoreTest, ChangesAreWrittenPrivatelyOnceTheyStopComing)
     EXPECT_EQ(clock_.pendingCount(), 0u) << "nothing is left to wake for";
 }
 
+TEST_F(IniSettingsStoreTest, AFileOfAnEarlierVersionIsMadePrivateWhenItIsRead)
+{
+    writeFile("[General]\ntheme=dark\n");
+    fs::permissions(file(), fs::perms(0644));
+    fs::permissions(folder(), fs::perms(0755));
+    CapturingLogSink log;
+    IniSettingsStore store(clock_, file());
+    EXPECT_EQ(modeOf(file()), 0600u);
+    EXPECT_EQ(modeOf(folder()), 0700u);
+    EXPECT_EQ(contents(file()), "[General]\ntheme=dark\n") << "and left as it was otherwise";
+    EXPECT_TRUE(log.lines.empty());
+}
+
 TEST_F(IniSettingsStoreTest, AnEditMadeMeanwhileSurvivesNavrosNextWrite)
 {
     writeFile("[General]\ntheme=dark\nlanguage=english\n");
