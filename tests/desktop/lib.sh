@@ -170,11 +170,12 @@ desktop_start_bus() {
     wait_until 10 "the session bus" grep -q . "$DESKTOP_DIR/bus-address"
 }
 
-# desktop_restart_bus: the session bus stops and a new one starts at the same address, as after a
-# crash of the session's bus.
+# desktop_restart_bus: the session bus stops and a new one starts at the same socket, as after a
+# crash of the session's bus; programs started afterwards get its address (with its new guid).
 desktop_restart_bus() {
     desktop_stop "$DESKTOP_BUS_PID"
-    desktop_start_bus
+    desktop_start_bus || return 1
+    DBUS_SESSION_BUS_ADDRESS=$(head -n1 "$DESKTOP_DIR/bus-address")
 }
 
 desktop_wm_ready() {

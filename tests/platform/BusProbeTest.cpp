@@ -89,5 +89,18 @@ TEST(BusProbe, FindsTheSocketFileOfAnAddress)
         EXPECT_EQ(busSocketPath(address), path) << address;
 }
 
+TEST(BusProbe, AnAddressWithoutServerIdentitiesReachesABusThatStartedAgain)
+{
+    const std::vector<std::pair<std::string, std::string>> cases{
+        {"unix:path=/run/user/1000/bus,guid=0123", "unix:path=/run/user/1000/bus"},
+        {"unix:guid=0123,path=/tmp/bus", "unix:path=/tmp/bus"},
+        {"unix:path=/a,guid=1;tcp:host=h,guid=2,port=5", "unix:path=/a;tcp:host=h,port=5"},
+        {"unix:abstract=/tmp/x", "unix:abstract=/tmp/x"},
+        {"", ""},
+    };
+    for (const auto& [address, expected] : cases)
+        EXPECT_EQ(withoutServerIdentity(address), expected) << address;
+}
+
 } // namespace
 } // namespace navro

@@ -160,6 +160,29 @@ BusProbe probeBus(std::string_view address, std::chrono::milliseconds patience)
     return {BusProbe::Answer::answers, {}};
 }
 
+std::string withoutServerIdentity(std::string_view address)
+{
+    std::string out;
+    while (!address.empty()) {
+        std::string_view entry = address.substr(0, address.find(';'));
+        address.remove_prefix(std::min(address.size(), entry.size() + 1));
+        const std::size_t colon = entry.find(':');
+        std::string kept(entry.substr(0, colon == std::string_view::npos ? entry.size() : colon + 1));
+        std::string_view keys = colon == std::string_view::npos ? "" : entry.substr(colon + 1);
+        bool first = true;
+        while (!keys.empty()) {
+            const std::string_view pair = keys.substr(0, keys.find(','));
+            keys.remove_prefix(std::min(keys.size(), pair.size() + 1));
+            if (pair.starts_with("guid="))
+                continue;
+            kept += (first ? "" : ",") + std::string(pair);
+            first = false;
+        }
+        out += (out.empty() ? "" : ";") + kept;
+    }
+    return out;
+}
+
 std::optional<std::string> busSocketPath(std::string_view address)
 {
     const auto target = unixAddress(address);

@@ -24,6 +24,11 @@ struct BusProbe {
 
 BusProbe probeBus(std::string_view address, std::chrono::milliseconds patience);
 
+// The address without the servers' identities ("guid=..."), so that it reaches whichever bus
+// listens there: one that starts again has a new identity, and the bus library refuses a server
+// whose identity differs from the address's.
+std::string withoutServerIdentity(std::string_view address);
+
 // The file of a "unix:path=..." address (the first one of a list), whose reappearance tells that
 // a bus has come back; none for other kinds of address.
 std::optional<std::string> busSocketPath(std::string_view address);

@@ -156,7 +156,8 @@ QVariantMap toVariantMap(const std::optional<RemoteNowPlaying>& nowPlaying)
 }
 
 DBusRemoteControl::DBusRemoteControl(QString address, RemoteControl& target, QString knownProblem)
-    : address_(std::move(address)), target_(target), published_(target.remoteState()),
+    : address_(QString::fromStdString(withoutServerIdentity(address.toStdString()))),
+      target_(target), published_(target.remoteState()),
       publishedNowPlaying_(target.remoteNowPlaying())
 {
     new RemoteControlAdaptor(*this, target_);
