@@ -64,6 +64,14 @@ void settleTimeZone()
     navro::logLine(zone.message);
 }
 
+// Qt's own warnings carry text from outside too (a window title, a QML value, a bus message):
+// they go through the same escaping and bound as Navro's lines. A fatal one still ends the
+// process after it is written.
+void logQtMessage(QtMsgType type, const QMessageLogContext& context, const QString& message)
+{
+    navro::logLine(qFormatLogMessage(type, context, message).toStdString());
+}
+
 // Another Navro holds the lock: this launch only asks it to open its notch. It needs no display
 // for that, and must never become a second notch.
 int handOver(int argc, char* argv[], const navro::InstanceLockAttempt& lock)
@@ -97,6 +105,7 @@ int main(int argc, char* argv[])
     }
     navro::avoidSilentBuses();
 
+    qInstallMessageHandler(logQtMessage);
     const navro::InstanceLockAttempt lock = navro::takeInstanceLock();
     if (lock.outcome == navro::InstanceLockAttempt::Outcome::heldByAnother)
         return handOver(argc, argv, lock);
