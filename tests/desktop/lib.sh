@@ -53,9 +53,10 @@ desktop_spawn() {
 }
 
 # desktop_wait_exit PID SECONDS: waits for a spawned process to end and sets DESKTOP_EXIT_STATUS;
-# returns 1 if it is still running after SECONDS.
+# returns 1 (and leaves DESKTOP_EXIT_STATUS unset) if it is still running after SECONDS.
 desktop_wait_exit() {
     local pid=$1 seconds=$2
+    unset DESKTOP_EXIT_STATUS
     wait_until "$seconds" "process $pid to exit" eval '! desktop_is_running '"$pid" || return 1
     DESKTOP_EXIT_STATUS=0
     wait "$pid" 2>/dev/null || DESKTOP_EXIT_STATUS=$?
@@ -71,7 +72,8 @@ desktop_forget() {
     done
 }
 
-# desktop_stop PID: SIGTERM, and SIGKILL if it is still there after a few seconds.
+# desktop_stop PID: SIGTERM, and SIGKILL if it is still there after a few seconds. Sets
+# DESKTOP_EXIT_STATUS, also for a process that had already ended.
 desktop_stop() {
     local pid=$1
     if desktop_is_running "$pid"; then
@@ -81,7 +83,8 @@ desktop_stop() {
             desktop_wait_exit "$pid" 5
         fi
     else
-        wait "$pid" 2>/dev/null
+        DESKTOP_EXIT_STATUS=0
+        wait "$pid" 2>/dev/null || DESKTOP_EXIT_STATUS=$?
     fi
     desktop_forget "$pid"
 }

@@ -30,8 +30,8 @@ for i in "${!zones[@]}"; do
         [ "$(grep -c "^Navro: TZ \"$value\" is no usable time zone" "$log")" = 1 ]
     check "with $setting the system zone serves" grep -q "using the system zone" "$log"
     desktop_stop "$NAVRO_PID"
-    check "with $setting SIGTERM ends Navro with status 0 (status $DESKTOP_EXIT_STATUS)" \
-        [ "$DESKTOP_EXIT_STATUS" = 0 ]
+    check "with $setting SIGTERM ends Navro with status 0 (status ${DESKTOP_EXIT_STATUS:-none})" \
+        [ "${DESKTOP_EXIT_STATUS:-1}" = 0 ]
     check "with $setting nothing crashed" no_crash "$log"
 done
 
@@ -52,8 +52,8 @@ navro_start "$NAVRO" navro-cache || finish
 check "after the cache is scrambled the notch is drawn" \
     drawn 10 "$SHOTS/scrambled-cache.png" $SCREEN_MIDDLE 10 000000
 desktop_stop "$NAVRO_PID"
-check "after the cache is scrambled nothing crashed (status $DESKTOP_EXIT_STATUS)" \
-    eval '[ "$DESKTOP_EXIT_STATUS" = 0 ] && no_crash "$NAVRO_LOG"'
+check "after the cache is scrambled nothing crashed (status ${DESKTOP_EXIT_STATUS:-none})" \
+    eval '[ "${DESKTOP_EXIT_STATUS:-1}" = 0 ] && no_crash "$NAVRO_LOG"'
 
 # --- A FIFO in place of the settings file ------------------------------------------------------
 settings_file="$XDG_CONFIG_HOME/Navro/Navro.conf"
