@@ -21,8 +21,12 @@ std::string shown(double value)
 double BoundedSetting::use(double value)
 {
     const bool isNaN = std::isnan(value);
-    const double used = isNaN ? range_.fallback : std::clamp(value, range_.lowest, range_.highest);
-    if (used == value) {
+    const bool inside = !isNaN && value >= range_.lowest && value <= range_.highest;
+    const double used = inside ? value
+                        : isNaN || range_.outside == SettingRange::Outside::fallback
+                            ? range_.fallback
+                            : std::clamp(value, range_.lowest, range_.highest);
+    if (inside) {
         reported_.reset();
         reportedNaN_ = false;
         return used;

@@ -31,10 +31,13 @@ TEST(BoundedSetting, EveryNumericSettingIsUsedWithinItsRange)
         {hoverDelayRange, -inf, 0.0},
         {hoverDelayRange, nan, 0.15},
         {lastTimerMinutesRange, 25.0, 25.0},
+        {lastTimerMinutesRange, 0.01, 0.01},
+        {lastTimerMinutesRange, 0.001, 25.0},
         {lastTimerMinutesRange, 1440.0, 1440.0},
-        {lastTimerMinutesRange, 1e308, 1440.0},
-        {lastTimerMinutesRange, 0.0, 1.0},
-        {lastTimerMinutesRange, -25.0, 1.0},
+        {lastTimerMinutesRange, 1e308, 25.0},
+        {lastTimerMinutesRange, 1440.5, 25.0},
+        {lastTimerMinutesRange, 0.0, 25.0},
+        {lastTimerMinutesRange, -25.0, 25.0},
         {lastTimerMinutesRange, nan, 25.0},
         {clipboardLimitRange, 200.0, 200.0},
         {clipboardLimitRange, 5.0, 10.0},
@@ -46,7 +49,8 @@ TEST(BoundedSetting, EveryNumericSettingIsUsedWithinItsRange)
         CapturingLogSink log;
         BoundedSetting setting(c.range);
         EXPECT_EQ(setting.use(c.read), c.used);
-        const bool outside = std::isnan(c.read) || c.read != c.used;
+        const bool outside =
+            std::isnan(c.read) || c.read < c.range.lowest || c.read > c.range.highest;
         ASSERT_EQ(log.lines.size(), outside ? 1u : 0u);
         if (outside) {
             EXPECT_NE(log.lines[0].find("setting \"" + std::string(c.range.key) + "\" is "),
