@@ -412,18 +412,34 @@ std::unique_ptr<icu::TimeZone> build(std::string_view id, const Tzif& tzif)
     const bool annual = rule && rule->hasSummerTime && rule->start.byMonthWeekDay &&
                         rule->end.byMonthWeekDay && U_SUCCESS(status);
     if (annual) {
-        const int startYear = tzif.transitions.empty() ? 1970 : yearOf(tzif.transitions.back()) + 1;
         const std::int32_t raw = rule->standardOffset * msPerSecond;
         const std::int32_t save = (rule->dstOffset - rule->standardOffset) * msPerSecond;
         if (save > 0) {
-            zone->addTransitionRule(new icu::AnnualTimeZoneRule(text(rule->dstName), raw, save,
-                                                                icuRule(rule->start), startYear,
-                                                                icu::AnnualTimeZoneRule::MAX_YEAR),
-                                    status);
-            zone->addTransitionRule(new icu::AnnualTimeZoneRule(text(rule->standardName), raw, 0,
-                                                                icuRule(rule->end), startYear,
-                                                                icu::AnnualTimeZoneRule::MAX_YEAR),
-                                    status);
+            auto annualRules = [&](int startYear) {
+                return std::pair{std::make_unique<icu::AnnualTimeZoneRule>(
+                                     text(rule->dstName), raw, save, icuRule(rule->start),
+                                     startYear, icu::AnnualTimeZoneRule::MAX_YEAR),
+                                 std::make_unique<icu::AnnualTimeZoneRule>(
+                                     text(rule->standardName), raw, 0, icuRule(rule->end),
+                                     startYear, icu::AnnualTimeZoneRule::MAX_YEAR)};
+            };
+            const int yearAfter =
+                tzif.transitions.empty() ? 1970 : yearOf(tzif.transitions.back()) + 1;
+            auto [summer, winter] = annualRules(yearAfter);
+            // A change's time of day may lie up to a week either side of its day, so the rule's
+            // first change can come before the last listed one. ICU then walks back and forth
+            // between the two without end; such a rule starts a year later.
+            if (!tzif.transitions.empty()) {
+                const UDate lastListed = static_cast<UDate>(tzif.transitions.back()) * 1000.0;
+                UDate first = 0;
+                const bool tooEarly =
+                    (summer->getFirstStart(raw, 0, first) && first <= lastListed) ||
+                    (winter->getFirstStart(raw, save, first) && first <= lastListed);
+                if (tooEarly)
+                    std::tie(summer, winter) = annualRules(yearAfter + 1);
+            }
+            zone->addTransitionRule(summer.release(), status);
+            zone->addTransitionRule(winter.release(), status);
         }
     }
     zone->complete(status);

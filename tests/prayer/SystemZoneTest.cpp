@@ -269,6 +269,21 @@ TEST(SystemZoneInput, FooterRulesCarryOnAfterTheLastChangeOrAreLeftOut)
     }
 }
 
+TEST(SystemZoneInput, AFooterRuleNeverStartsBeforeTheLastListedChange)
+{
+    // Summer time from a week before each year begins to July. Its change for 2001 falls on the
+    // last day of 2000, hours before the last listed change.
+    TzifSpec spec = oneSummer();
+    spec.times[1] = utc(2000, 12, 31, 12).time_since_epoch().count();
+    spec.footer = "EET-2EEST,M1.1.0/-167,M7.1.0";
+    const auto zone = timeZoneFromTzif("Test/Zone", tzifBytes(spec));
+    ASSERT_TRUE(zone);
+    EXPECT_EQ(offsetMinutes(*zone, utc(2000, 12, 1)), 180) << "the listed summer";
+    EXPECT_EQ(offsetMinutes(*zone, utc(2001, 3, 1)), 120) << "the rule waits a year";
+    EXPECT_EQ(offsetMinutes(*zone, utc(2003, 3, 1)), 180);
+    EXPECT_EQ(offsetMinutes(*zone, utc(2003, 8, 1)), 120);
+}
+
 TEST(SystemZoneInput, PosixRulesAreToldFromOtherText)
 {
     for (const char* rule :
