@@ -34,10 +34,12 @@ constexpr std::size_t maxFooterBytes = 256;
 // Offsets a zone may have (RFC 8536 3.2), in seconds east of UTC.
 constexpr std::int32_t lowestUtcOffset = -89999;
 constexpr std::int32_t highestUtcOffset = 93599;
-// About 35 000 years either side of 1970. Older files open with a dummy change at -2^59 ("the big
-// bang"); changes outside this span only say which type was in force before the first real one.
-constexpr std::int64_t earliestTransition = -(std::int64_t(1) << 40);
-constexpr std::int64_t latestTransition = std::int64_t(1) << 40;
+// About 17 000 years either side of 1970, well inside the years std::chrono counts (to 32767):
+// a later change would wrap round to a year long past. Older files open with a dummy change at
+// -2^59 ("the big bang"); changes outside this span only say which type was in force before the
+// first real one.
+constexpr std::int64_t earliestTransition = -(std::int64_t(1) << 39);
+constexpr std::int64_t latestTransition = std::int64_t(1) << 39;
 
 struct LocalType {
     std::int32_t utcOffset; // seconds

@@ -284,6 +284,20 @@ TEST(SystemZoneInput, AFooterRuleNeverStartsBeforeTheLastListedChange)
     EXPECT_EQ(offsetMinutes(*zone, utc(2003, 8, 1)), 120);
 }
 
+TEST(SystemZoneInput, AChangeBeyondTheCountedYearsIsLeftOut)
+{
+    // 2^40 seconds is the year 36812, past the last year the calendar code counts. Taken as a
+    // year long past, it started this rule (changes a week before each year begins) so early that
+    // building the zone never ended.
+    TzifSpec spec = oneSummer();
+    spec.times = {0, std::int64_t(1) << 40};
+    spec.typeIndices = {0, 1};
+    spec.footer = "EET-2EEST,M1.1.0/-167,M1.1.1/-160";
+    const auto zone = timeZoneFromTzif("Test/Zone", tzifBytes(spec));
+    ASSERT_TRUE(zone);
+    EXPECT_EQ(offsetMinutes(*zone, utc(2003, 3, 1)), 120);
+}
+
 TEST(SystemZoneInput, PosixRulesAreToldFromOtherText)
 {
     for (const char* rule :
