@@ -26,7 +26,7 @@ check "no X error is printed" bash -c "! grep -iE 'BadAccess|XCB error' '$NAVRO_
 # The settings window shows it, with the way round it (a notice framed in the warning colour).
 navro_call OpenSettings "'general'"
 check "the settings window shows that the key is taken" \
-    wait_until 10 "the notice" eval '[ -n "$(navro_windows "Settings")" ] && screenshot "$SHOTS/taken.png" && [ "$(colour_count "$SHOTS/taken.png" FFD60A)" -gt 100 ]'
+    wait_until 10 "the notice" eval '[ -n "$(navro_windows "Settings")" ] && screenshot "$SHOTS/taken.png" && [ "$(colour_count "$SHOTS/taken.png" 0 0 1920 1080 FFD60A)" -gt 100 ]'
 check "asking again while it is taken says nothing more" \
     [ "$(grep -c 'Ctrl+Alt+L is taken' "$NAVRO_LOG")" = 1 ]
 xdotool key Escape
@@ -39,7 +39,7 @@ navro_call OpenSettings "'general'"
 check "opening the settings window takes the key" \
     wait_until 5 "the key" grep -q 'Ctrl+Alt+L is free again' "$NAVRO_LOG"
 check "and the notice is gone" wait_until 10 "no notice" eval \
-    'screenshot "$SHOTS/free.png" && [ "$(colour_count "$SHOTS/free.png" FFD60A)" -lt 20 ]'
+    'screenshot "$SHOTS/free.png" && [ "$(colour_count "$SHOTS/free.png" 0 0 1920 1080 FFD60A)" -lt 20 ]'
 xdotool key ctrl+alt+l
 check "then Control+Alt+L opens the notch" wait_until 5 "status open" navro_field_is status open
 desktop_stop "$NAVRO_PID"

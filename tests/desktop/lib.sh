@@ -239,13 +239,6 @@ longest_line() {
     LC_ALL=C awk '{ if (length($0) > n) n = length($0) } END { print n + 0 }' "$1"
 }
 
-# colour_count FILE RRGGBB: how many pixels of the picture have exactly that colour.
-colour_count() {
-    "$DESKTOP_CONVERT" "$1" -format %c histogram:info:- |
-        awk -v c="#$2" 'index(toupper($0), toupper(c) " ") { sub(":", "", $1); n += $1 }
-                        END { print n + 0 }'
-}
-
 navro_call() {
     local method=$1
     shift
