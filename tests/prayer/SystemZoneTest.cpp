@@ -115,15 +115,15 @@ TEST(SystemZoneInput, UnreadableInputGivesNoZone)
 }
 
 // A compiled zone file (version 2: an empty 32-bit block, then the 64-bit data and the footer).
-struct LocalTypeSpec {
+struct LocalTypeParts {
     std::int32_t offset;
     bool dst;
     std::uint8_t abbreviation; // index into the abbreviation bytes
 };
-struct TzifSpec {
+struct ZoneFileParts {
     std::vector<std::int64_t> times;
     std::vector<std::uint8_t> typeIndices;
-    std::vector<LocalTypeSpec> types{{7200, false, 0}};
+    std::vector<LocalTypeParts> types{{7200, false, 0}};
     std::string abbreviations{"EET\0EEST\0", 10};
     std::string footer = "EET-2";
     std::uint32_t isStdCount = 0;
@@ -135,7 +135,7 @@ void putBigEndian(std::string& out, std::uint64_t value, int bytes)
         out += char((value >> (8 * i)) & 0xff);
 }
 
-std::string tzifBytes(const TzifSpec& spec)
+std::string tzifBytes(const ZoneFileParts& parts)
 {
     auto header = [&](std::uint32_t time, std::uint32_t types, std::uint32_t chars,
                       std::uint32_t isStd) {
@@ -145,31 +145,31 @@ std::string tzifBytes(const TzifSpec& spec)
         return h;
     };
     std::string out = header(0, 0, 0, 0);
-    out += header(std::uint32_t(spec.times.size()), std::uint32_t(spec.types.size()),
-                  std::uint32_t(spec.abbreviations.size()), spec.isStdCount);
-    for (std::int64_t time : spec.times)
+    out += header(std::uint32_t(parts.times.size()), std::uint32_t(parts.types.size()),
+                  std::uint32_t(parts.abbreviations.size()), parts.isStdCount);
+    for (std::int64_t time : parts.times)
         putBigEndian(out, std::uint64_t(time), 8);
-    for (std::uint8_t index : spec.typeIndices)
+    for (std::uint8_t index : parts.typeIndices)
         out += char(index);
-    for (const auto& type : spec.types) {
+    for (const auto& type : parts.types) {
         putBigEndian(out, std::uint32_t(type.offset), 4);
         out += char(type.dst);
         out += char(type.abbreviation);
     }
-    out += spec.abbreviations;
-    out += std::string(spec.isStdCount, '\0');
-    return out + "\n" + spec.footer + "\n";
+    out += parts.abbreviations;
+    out += std::string(parts.isStdCount, '\0');
+    return out + "\n" + parts.footer + "\n";
 }
 
 // Summer time from 2000 to 2001, standard time after.
-TzifSpec oneSummer()
+ZoneFileParts oneSummer()
 {
-    TzifSpec spec;
-    spec.times = {int64_t(utc(2000, 4, 1).time_since_epoch().count()),
-                  int64_t(utc(2000, 10, 1).time_since_epoch().count())};
-    spec.typeIndices = {1, 0};
-    spec.types = {{7200, false, 0}, {10800, true, 4}};
-    return spec;
+    ZoneFileParts parts;
+    parts.times = {int64_t(utc(2000, 4, 1).time_since_epoch().count()),
+                   int64_t(utc(2000, 10, 1).time_since_epoch().count())};
+    parts.typeIndices = {1, 0};
+    parts.types = {{7200, false, 0}, {10800, true, 4}};
+    return parts;
 }
 
 TEST(SystemZoneInput, ReadsAWellFormedFileAndRefusesEveryBrokenPart)
@@ -181,34 +181,34 @@ TEST(SystemZoneInput, ReadsAWellFormedFileAndRefusesEveryBrokenPart)
 
     struct Case {
         const char* what;
-        std::function<void(TzifSpec&)> damage;
+        std::function<void(ZoneFileParts&)> damage;
     };
     const std::vector<Case> cases{
-        {"changes out of order", [](TzifSpec& s) { std::swap(s.times[0], s.times[1]); }},
-        {"the same change twice", [](TzifSpec& s) { s.times[1] = s.times[0]; }},
-        {"a change naming a missing type", [](TzifSpec& s) { s.typeIndices[0] = 2; }},
-        {"an offset of three days", [](TzifSpec& s) { s.types[1].offset = 3 * 86400; }},
-        {"an offset of minus 2^31", [](TzifSpec& s) { s.types[0].offset = INT32_MIN; }},
-        {"an abbreviation past the bytes", [](TzifSpec& s) { s.types[1].abbreviation = 10; }},
+        {"changes out of order", [](ZoneFileParts& s) { std::swap(s.times[0], s.times[1]); }},
+        {"the same change twice", [](ZoneFileParts& s) { s.times[1] = s.times[0]; }},
+        {"a change naming a missing type", [](ZoneFileParts& s) { s.typeIndices[0] = 2; }},
+        {"an offset of three days", [](ZoneFileParts& s) { s.types[1].offset = 3 * 86400; }},
+        {"an offset of minus 2^31", [](ZoneFileParts& s) { s.types[0].offset = INT32_MIN; }},
+        {"an abbreviation past the bytes", [](ZoneFileParts& s) { s.types[1].abbreviation = 10; }},
         {"an abbreviation without its end",
-         [](TzifSpec& s) { s.abbreviations = std::string("EET\0EEST", 8); }},
+         [](ZoneFileParts& s) { s.abbreviations = std::string("EET\0EEST", 8); }},
         {"indicators for some types only",
-         [](TzifSpec& s) {
+         [](ZoneFileParts& s) {
              s.types.push_back({7200, false, 0});
              s.isStdCount = 1;
          }},
         {"no types at all",
-         [](TzifSpec& s) {
+         [](ZoneFileParts& s) {
              s.types.clear();
              s.times.clear();
              s.typeIndices.clear();
          }},
         {"more types than a byte can name",
-         [](TzifSpec& s) {
-             s.types.resize(257, LocalTypeSpec{7200, false, 0});
+         [](ZoneFileParts& s) {
+             s.types.resize(257, LocalTypeParts{7200, false, 0});
          }},
         {"more changes than any real zone",
-         [](TzifSpec& s) {
+         [](ZoneFileParts& s) {
              s.times.clear();
              s.typeIndices.clear();
              for (int i = 0; i < 2001; ++i) {
@@ -218,9 +218,9 @@ TEST(SystemZoneInput, ReadsAWellFormedFileAndRefusesEveryBrokenPart)
          }},
     };
     for (const auto& c : cases) {
-        TzifSpec spec = oneSummer();
-        c.damage(spec);
-        EXPECT_FALSE(timeZoneFromTzif("Test/Zone", tzifBytes(spec))) << c.what;
+        ZoneFileParts parts = oneSummer();
+        c.damage(parts);
+        EXPECT_FALSE(timeZoneFromTzif("Test/Zone", tzifBytes(parts))) << c.what;
     }
 
     // A file beyond the size of any zone is refused before it is parsed.
@@ -232,11 +232,11 @@ TEST(SystemZoneInput, ReadsAWellFormedFileAndRefusesEveryBrokenPart)
 TEST(SystemZoneInput, AChangeBeforeAllHistoryOnlySaysWhatCameFirst)
 {
     // Older compilers of the database opened the 64-bit data with a change at -2^59.
-    TzifSpec spec = oneSummer();
-    spec.times.insert(spec.times.begin(), -(std::int64_t(1) << 59));
-    spec.typeIndices.insert(spec.typeIndices.begin(), 2);
-    spec.types.push_back({3600, false, 0});
-    const auto zone = timeZoneFromTzif("Test/Zone", tzifBytes(spec));
+    ZoneFileParts parts = oneSummer();
+    parts.times.insert(parts.times.begin(), -(std::int64_t(1) << 59));
+    parts.typeIndices.insert(parts.typeIndices.begin(), 2);
+    parts.types.push_back({3600, false, 0});
+    const auto zone = timeZoneFromTzif("Test/Zone", tzifBytes(parts));
     ASSERT_TRUE(zone);
     EXPECT_EQ(offsetMinutes(*zone, utc(1990, 1, 1)), 60) << "the type of the dropped change";
     EXPECT_EQ(offsetMinutes(*zone, utc(2000, 6, 1)), 180);
@@ -260,9 +260,9 @@ TEST(SystemZoneInput, FooterRulesCarryOnAfterTheLastChangeOrAreLeftOut)
         {std::string(300, 'A') + "-2", 120},
     };
     for (const auto& c : cases) {
-        TzifSpec spec = oneSummer();
-        spec.footer = c.footer;
-        const auto zone = timeZoneFromTzif("Test/Zone", tzifBytes(spec));
+        ZoneFileParts parts = oneSummer();
+        parts.footer = c.footer;
+        const auto zone = timeZoneFromTzif("Test/Zone", tzifBytes(parts));
         ASSERT_TRUE(zone) << c.footer;
         EXPECT_EQ(offsetMinutes(*zone, utc(2030, 7, 1)), c.julyOffset2030) << c.footer;
         EXPECT_EQ(offsetMinutes(*zone, utc(2030, 1, 1)), 120) << c.footer;
@@ -273,10 +273,10 @@ TEST(SystemZoneInput, AFooterRuleNeverStartsBeforeTheLastListedChange)
 {
     // Summer time from a week before each year begins to July. Its change for 2001 falls on the
     // last day of 2000, hours before the last listed change.
-    TzifSpec spec = oneSummer();
-    spec.times[1] = utc(2000, 12, 31, 12).time_since_epoch().count();
-    spec.footer = "EET-2EEST,M1.1.0/-167,M7.1.0";
-    const auto zone = timeZoneFromTzif("Test/Zone", tzifBytes(spec));
+    ZoneFileParts parts = oneSummer();
+    parts.times[1] = utc(2000, 12, 31, 12).time_since_epoch().count();
+    parts.footer = "EET-2EEST,M1.1.0/-167,M7.1.0";
+    const auto zone = timeZoneFromTzif("Test/Zone", tzifBytes(parts));
     ASSERT_TRUE(zone);
     EXPECT_EQ(offsetMinutes(*zone, utc(2000, 12, 1)), 180) << "the listed summer";
     EXPECT_EQ(offsetMinutes(*zone, utc(2001, 3, 1)), 120) << "the rule waits a year";
@@ -289,11 +289,11 @@ TEST(SystemZoneInput, AChangeBeyondTheCountedYearsIsLeftOut)
     // 2^40 seconds is the year 36812, past the last year the calendar code counts. Taken as a
     // year long past, it started this rule (changes a week before each year begins) so early that
     // building the zone never ended.
-    TzifSpec spec = oneSummer();
-    spec.times = {0, std::int64_t(1) << 40};
-    spec.typeIndices = {0, 1};
-    spec.footer = "EET-2EEST,M1.1.0/-167,M1.1.1/-160";
-    const auto zone = timeZoneFromTzif("Test/Zone", tzifBytes(spec));
+    ZoneFileParts parts = oneSummer();
+    parts.times = {0, std::int64_t(1) << 40};
+    parts.typeIndices = {0, 1};
+    parts.footer = "EET-2EEST,M1.1.0/-167,M1.1.1/-160";
+    const auto zone = timeZoneFromTzif("Test/Zone", tzifBytes(parts));
     ASSERT_TRUE(zone);
     EXPECT_EQ(offsetMinutes(*zone, utc(2003, 3, 1)), 120);
 }
