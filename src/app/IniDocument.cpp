@@ -9,9 +9,11 @@ namespace {
 
 constexpr std::string_view generalSection = "General";
 
+// A carriage return too: a line may end in several (a file passed between systems), and a list
+// kept as written must not carry them, or writing it back would add a line end of its own.
 bool isBlank(char c)
 {
-    return c == ' ' || c == '\t';
+    return c == ' ' || c == '\t' || c == '\r';
 }
 
 std::string_view trimmed(std::string_view text)

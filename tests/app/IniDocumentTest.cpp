@@ -61,10 +61,14 @@ TEST(IniDocument, ValuesOfQSettingsOwnTypesAndListsAreKeptButAreNoText)
     const IniDocument document = parseIni("[General]\n"
                                           "list=a, b\n"
                                           "variant=@Variant(\\0\\0\\0\\x7f)\n"
-                                          "size=@Size(3 4)\n");
+                                          "size=@Size(3 4)\n"
+                                          "ends=x, y\r\r\r\n");
     EXPECT_TRUE(document.unreadLines.empty());
-    for (const auto& [key, raw] : std::map<std::string, std::string>{
-             {"list", "a, b"}, {"variant", "@Variant(\\0\\0\\0\\x7f)"}, {"size", "@Size(3 4)"}}) {
+    for (const auto& [key, raw] :
+         std::map<std::string, std::string>{{"list", "a, b"},
+                                            {"variant", "@Variant(\\0\\0\\0\\x7f)"},
+                                            {"size", "@Size(3 4)"},
+                                            {"ends", "x, y"}}) {
         const IniValue* value = find(document, key);
         ASSERT_NE(value, nullptr) << key;
         EXPECT_EQ(value->kind, IniValue::Kind::other) << key;
