@@ -183,7 +183,7 @@ TEST_F(DBusRemoteControlTest, MethodsReachTheTargetFromAnotherConnection)
 TEST_F(DBusRemoteControlTest, OpenTabRefusesATabTheTargetDoesNotKnowWithInvalidArgs)
 {
     RecordingTarget target;
-    auto publisher = publishRemoteControl(connect(), target);
+    auto publisher = publishRemoteControl(bus().address(), target);
     ASSERT_NE(publisher, nullptr);
     QDBusConnection client = connect();
 
