@@ -24,8 +24,10 @@
 #include "data/TimerPhase.h"
 #include "data/TimerService.h"
 #include "media/ArtworkDownloader.h"
+#include "media/AudioBars.h"
 #include "media/NowPlayingImageProvider.h"
 #include "media/NowPlayingService.h"
+#include "media/SystemVolume.h"
 #include "notch/ActivityCenter.h"
 #include "notch/NotchViewModel.h"
 #include "notch/NotchWindowController.h"
@@ -34,6 +36,9 @@
 #include "platform/linux/DesktopPlayerApplications.h"
 #include "platform/linux/LinuxSystemTimeEvents.h"
 #include "platform/linux/NowPlayingHelper.h"
+#include "platform/linux/PulseAudioConnection.h"
+#include "platform/linux/PulseAudioOutputs.h"
+#include "platform/linux/SystemAudioTap.h"
 #include "prayer/PrayerService.h"
 
 #include <QApplication>
@@ -123,6 +128,7 @@ void AppDelegate::start()
         activityCenter_->showToast(
             ActivityCenter::makeToast("doc.on.clipboard", arabic ? "نُسخ" : "Copied", ""), 1.5);
     });
+    startSound();
     shell_ = std::make_unique<Shell>();
     sleepPreventer_ = makeSleepPreventer();
     sound_ = makeSoundPlayer();
@@ -206,6 +212,10 @@ void AppDelegate::start()
     connect(nowPlaying_.get(), &NowPlayingService::infoChanged, this,
             &AppDelegate::noteNowPlayingChanged);
     noteNowPlayingChanged();
+    connect(volume_.get(), &SystemVolume::changed, this, [this] {
+        if (remote_)
+            remote_->volumeChanged();
+    });
 }
 
 void AppDelegate::startNowPlaying()
@@ -217,6 +227,19 @@ void AppDelegate::startNowPlaying()
     nowPlaying_ = std::make_unique<NowPlayingService>(clock_, *settings_, *nowPlayingWatcher_,
                                                       *playerApplications_, *artworkDownloader_);
     nowPlaying_->start();
+}
+
+// The audio bars, then the system volume, on one connection to the sound server.
+void AppDelegate::startSound()
+{
+    soundServer_ = std::make_unique<PulseAudioConnection>();
+    systemAudio_ = std::make_unique<PulseSystemAudio>(*soundServer_);
+    audioBars_ = std::make_unique<AudioBars>(clock_, *settings_, *systemAudio_);
+    connect(nowPlaying_.get(), &NowPlayingService::infoChanged, audioBars_.get(),
+            [this] { audioBars_->setPlaying(nowPlaying_->isPlaying()); });
+    audioBars_->setPlaying(nowPlaying_->isPlaying());
+    audioOutputs_ = std::make_unique<PulseAudioOutputs>(*soundServer_);
+    volume_ = std::make_unique<SystemVolume>(*audioOutputs_);
 }
 
 // The bus shows the track as it was at its last change, with the position of that moment.
@@ -282,6 +305,8 @@ void AppDelegate::setUpEngine()
     context->setContextProperty(QStringLiteral("timerService"), timer_.get());
     context->setContextProperty(QStringLiteral("notes"), notes_.get());
     context->setContextProperty(QStringLiteral("nowPlaying"), nowPlaying_.get());
+    context->setContextProperty(QStringLiteral("audioBars"), audioBars_.get());
+    context->setContextProperty(QStringLiteral("systemVolume"), volume_.get());
     engine_->addImageProvider(QStringLiteral("nowplaying"),
                               new NowPlayingImageProvider(nowPlaying_->images()));
 }
@@ -329,6 +354,8 @@ void AppDelegate::shutdown()
         onboardingFinish_->interrupt();
     if (nowPlaying_)
         nowPlaying_->stop();
+    if (audioBars_)
+        audioBars_->shutDown();
     // The timer ends its session (the focus-off action included) and lets the display sleep.
     // The preventer itself goes with the delegate, waiting briefly until the desktop has its
     // hold back.
@@ -461,6 +488,33 @@ void AppDelegate::stopTimer()
 {
     if (timer_)
         timer_->stop();
+}
+
+RemoteVolume AppDelegate::remoteVolume() const
+{
+    if (!volume_)
+        return {};
+    return {volume_->volume(), volume_->isMuted(), volume_->outputName(), volume_->outputs()};
+}
+
+void AppDelegate::setVolume(double volume)
+{
+    if (volume_)
+        volume_->set(volume);
+}
+
+void AppDelegate::toggleMute()
+{
+    if (volume_)
+        volume_->toggleMute();
+}
+
+RemoteRefusal AppDelegate::selectOutput(const QString& name)
+{
+    if (volume_ && volume_->selectOutput(name))
+        return std::nullopt;
+    return unknownChoice(QStringLiteral("output"), name,
+                         volume_ ? volume_->outputs() : QStringList());
 }
 
 void AppDelegate::publishState()

@@ -20,6 +20,8 @@ class ActivityCenter;
 class AppActions;
 class AppNotices;
 class AppSettings;
+class AudioBars;
+class AudioOutputControl;
 class ArtworkDownloader;
 class ClipboardHistoryModel;
 class ClipboardStore;
@@ -38,12 +40,15 @@ class PanelWindowSystem;
 class Pasteboard;
 class PlayerApplications;
 class PrayerService;
+class PulseAudioConnection;
 class SystemTimeEvents;
 class IniSettingsStore;
 class QmlWindowHost;
 class Shell;
 class SleepPreventer;
 class SoundPlayer;
+class SystemAudio;
+class SystemVolume;
 class TimerService;
 
 // The one composition root: builds every long-lived object in start-up order, wires them
@@ -80,6 +85,10 @@ public:
     {
         return nowPlayingSnapshot_;
     }
+    RemoteVolume remoteVolume() const override;
+    void setVolume(double volume) override;
+    void toggleMute() override;
+    RemoteRefusal selectOutput(const QString& name) override;
 
 private:
     // StatusItemHost
@@ -98,6 +107,7 @@ private:
     void publishState();
     void startNowPlaying();
     void noteNowPlayingChanged();
+    void startSound();
     bool notchPanelVisible() const;
 
     QApplication& application_;
@@ -124,6 +134,11 @@ private:
     std::unique_ptr<ClipboardStore> clipboard_;
     std::unique_ptr<ClipboardHistoryModel> clipboardHistory_;
     std::unique_ptr<ActivityCenter> activityCenter_;
+    std::unique_ptr<PulseAudioConnection> soundServer_;
+    std::unique_ptr<SystemAudio> systemAudio_;
+    std::unique_ptr<AudioBars> audioBars_;
+    std::unique_ptr<AudioOutputControl> audioOutputs_;
+    std::unique_ptr<SystemVolume> volume_;
     std::unique_ptr<Shell> shell_;
     std::unique_ptr<SleepPreventer> sleepPreventer_;
     std::unique_ptr<SoundPlayer> sound_;

@@ -55,6 +55,16 @@ inline QString unknownChoice(const QString& what, const QString& given, const QS
              valid.join(QStringLiteral(", ")));
 }
 
+// The system volume as another process sees it.
+struct RemoteVolume {
+    double volume = 0; // 0…1
+    bool muted = false;
+    QString output;      // the current output's name
+    QStringList outputs; // the names of the outputs one can choose
+
+    bool operator==(const RemoteVolume&) const = default;
+};
+
 // The operations another process may ask of the running Navro; implemented by the application's
 // composition root. Every call arrives on the main thread.
 class RemoteControl {
@@ -75,6 +85,16 @@ public:
     virtual void stopTimer() = 0;
     // Nothing while nothing plays.
     virtual std::optional<RemoteNowPlaying> remoteNowPlaying() const { return std::nullopt; }
+    virtual RemoteVolume remoteVolume() const { return {}; }
+    // Clamped to 0…1.
+    virtual void setVolume(double) {}
+    virtual void toggleMute() {}
+    // Makes the output with that name the default; refused, with nothing changed, when there is
+    // none.
+    virtual RemoteRefusal selectOutput(const QString& name)
+    {
+        return unknownChoice(QStringLiteral("output"), name, {});
+    }
 };
 
 // Publishes a RemoteControl to other processes for as long as it lives.
@@ -89,6 +109,8 @@ public:
     virtual void timerChanged() = 0;
     // Likewise for remoteNowPlaying().
     virtual void nowPlayingChanged() = 0;
+    // Likewise for remoteVolume().
+    virtual void volumeChanged() = 0;
 };
 
 // For a launch that finds another Navro running: asks it, over the session bus, to open its notch

@@ -113,7 +113,8 @@ Item {
         "nowPlaying": "NowPlayingTab.qml",
         "timer": "TimerTab.qml",
         "notes": "NotesTab.qml",
-        "clipboard": "ClipboardTab.qml"
+        "clipboard": "ClipboardTab.qml",
+        "devices": "DevicesTab.qml"
     })
 
     Component {

@@ -72,6 +72,11 @@ QVariantMap RemoteControlAdaptor::nowPlaying() const
     return toVariantMap(target_.remoteNowPlaying());
 }
 
+QVariantMap RemoteControlAdaptor::volume() const
+{
+    return toVariantMap(target_.remoteVolume());
+}
+
 void RemoteControlAdaptor::Open(bool focus)
 {
     target_.open(focus);
@@ -118,6 +123,21 @@ void RemoteControlAdaptor::answer(const RemoteRefusal& refusal)
         control_.sendErrorReply(QDBusError::InvalidArgs, *refusal);
 }
 
+void RemoteControlAdaptor::SetVolume(double volume)
+{
+    target_.setVolume(volume);
+}
+
+void RemoteControlAdaptor::ToggleMute()
+{
+    target_.toggleMute();
+}
+
+void RemoteControlAdaptor::SelectOutput(const QString& name)
+{
+    answer(target_.selectOutput(name));
+}
+
 QVariantMap toVariantMap(const RemoteState& state)
 {
     return {
@@ -155,10 +175,20 @@ QVariantMap toVariantMap(const std::optional<RemoteNowPlaying>& nowPlaying)
     };
 }
 
+QVariantMap toVariantMap(const RemoteVolume& volume)
+{
+    return {
+        {QStringLiteral("volume"), volume.volume},
+        {QStringLiteral("muted"), volume.muted},
+        {QStringLiteral("output"), volume.output},
+        {QStringLiteral("outputs"), volume.outputs},
+    };
+}
+
 DBusRemoteControl::DBusRemoteControl(QString address, RemoteControl& target, QString knownProblem)
     : address_(QString::fromStdString(withoutServerIdentity(address.toStdString()))),
       target_(target), published_(target.remoteState()),
-      publishedNowPlaying_(target.remoteNowPlaying())
+      publishedNowPlaying_(target.remoteNowPlaying()), publishedVolume_(target.remoteVolume())
 {
     new RemoteControlAdaptor(*this, target_);
     socketPath_ = QString::fromStdString(busSocketPath(address_.toStdString()).value_or(""));
@@ -316,6 +346,16 @@ void DBusRemoteControl::nowPlayingChanged()
         return;
     publishedNowPlaying_ = current;
     announce(QStringLiteral("NowPlaying"), toVariantMap(current));
+}
+
+void DBusRemoteControl::volumeChanged()
+{
+    const RemoteVolume current = target_.remoteVolume();
+    if (current == publishedVolume_) {
+        return;
+    }
+    publishedVolume_ = current;
+    announce(QStringLiteral("Volume"), toVariantMap(current));
 }
 
 void DBusRemoteControl::announce(const QString& property, const QVariantMap& value)

@@ -28,6 +28,7 @@ class RemoteControlAdaptor final : public QDBusAbstractAdaptor {
     Q_PROPERTY(QVariantMap State READ state)
     Q_PROPERTY(QVariantMap Timer READ timer)
     Q_PROPERTY(QVariantMap NowPlaying READ nowPlaying)
+    Q_PROPERTY(QVariantMap Volume READ volume)
 
 public:
     RemoteControlAdaptor(DBusRemoteControl& control, RemoteControl& target);
@@ -35,6 +36,7 @@ public:
     QVariantMap state() const;
     QVariantMap timer() const;
     QVariantMap nowPlaying() const;
+    QVariantMap volume() const;
 
 public slots:
     void Open(bool focus);
@@ -45,6 +47,9 @@ public slots:
     void OpenTab(const QString& tab);
     void StartTimer(double minutes, bool focus);
     void StopTimer();
+    void SetVolume(double volume);
+    void ToggleMute();
+    void SelectOutput(const QString& name);
 
 private:
     void answer(const RemoteRefusal& refusal);
@@ -57,6 +62,7 @@ QVariantMap toVariantMap(const RemoteState& state);
 QVariantMap toVariantMap(const RemoteTimer& timer);
 // Empty while nothing plays.
 QVariantMap toVariantMap(const std::optional<RemoteNowPlaying>& nowPlaying);
+QVariantMap toVariantMap(const RemoteVolume& volume);
 
 // Keeps the RemoteControl published on the session bus at one address: the object and the name
 // io.navro.Navro, now if it can, and again whenever the bus comes back after going away (the
@@ -78,6 +84,7 @@ public:
     void stateChanged() override;
     void timerChanged() override;
     void nowPlayingChanged() override;
+    void volumeChanged() override;
 
 private slots:
     void onDisconnected();
@@ -93,6 +100,7 @@ private:
     RemoteControl& target_;
     RemoteState published_;
     std::optional<RemoteNowPlaying> publishedNowPlaying_;
+    RemoteVolume publishedVolume_;
     std::optional<QDBusConnection> connection_;
     QString connectionName_;
     Outcome outcome_ = Outcome::failed;
