@@ -615,3 +615,35 @@ desktop_bus_call() {
     gdbus call --session --dest org.freedesktop.DBus --object-path /org/freedesktop/DBus \
         --method "org.freedesktop.DBus.$method" "$@" 2>/dev/null
 }
+
+# --- Sound outputs -----------------------------------------------------------------------------
+
+# desktop_add_sink NAME DESCRIPTION: another null sink on the test sound server.
+desktop_add_sink() {
+    pactl load-module module-null-sink sink_name="$1" rate=48000 channels=2 \
+        "sink_properties=\"device.description='$2'\"" >/dev/null
+}
+
+# recording_source NAME: the source that the record stream with media name NAME reads (one line
+# per such stream; nothing when there is none).
+recording_source() {
+    pactl -f json list source-outputs 2>/dev/null | /usr/bin/python3 -c '
+import json, subprocess, sys
+streams = json.load(sys.stdin)
+sources = {str(s["index"]): s["name"] for s in json.loads(subprocess.run(
+    ["pactl", "-f", "json", "list", "sources"], capture_output=True, text=True).stdout or "[]")}
+for stream in streams:
+    if stream.get("properties", {}).get("media.name") == sys.argv[1]:
+        print(sources.get(str(stream.get("source")), "?"))
+' "$1"
+}
+
+# volume_field_is NAME VALUE: a field of the Volume property; numbers within 0.01.
+volume_field_is() {
+    local actual
+    actual=$(navro_field "$1" Volume)
+    case $2 in
+    [0-9]*) awk -v a="$actual" -v b="$2" 'BEGIN { d = a - b; exit !(a != "" && d < 0.01 && d > -0.01) }' ;;
+    *) [ "$actual" = "$2" ] ;;
+    esac
+}
