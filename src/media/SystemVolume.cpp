@@ -39,10 +39,10 @@ void SystemVolume::apply(const AudioOutputs& outputs)
     const AudioOutput* output = current();
     bool any = false;
     // An output that disappears leaves the last volume shown, greyed out.
-    if (output)
+    if (output) {
         publishVolume(std::clamp(output->volume, 0.0, 1.0));
-    if (output)
         publishMuted(output->muted);
+    }
     const bool canSet = output && output->canSetVolume;
     if (canSet != canSetVolume_) {
         canSetVolume_ = canSet;

@@ -74,7 +74,7 @@ signals:
     void canSetVolumeChanged();
     void outputNameChanged();
     void outputsChanged();
-    // Any of the above, once per change, for those who watch them all (the bus).
+    // After a change of any of the above, for those who watch them all (the bus).
     void changed();
 
 private:
