@@ -1,15 +1,16 @@
 #include "app/AppDelegate.h"
 
 #include "app/AppActions.h"
+#include "app/AppNotices.h"
 #include "app/AppSettings.h"
 #include "app/DesktopNotifier.h"
 #include "app/FileAccess.h"
 #include "app/HotKey.h"
 #include "app/IconImageProvider.h"
+#include "app/IniSettingsStore.h"
 #include "app/LaunchAtLogin.h"
 #include "app/Log.h"
 #include "app/OnboardingFinish.h"
-#include "app/QSettingsStore.h"
 #include "app/QmlWindowHost.h"
 #include "app/Shell.h"
 #include "app/SoundPlayer.h"
@@ -22,10 +23,13 @@
 #include "data/NotesStore.h"
 #include "data/Pasteboard.h"
 #include "data/SleepPreventer.h"
+#include "data/TimerPhase.h"
 #include "data/TimerService.h"
 #include "media/ArtworkDownloader.h"
+#include "media/AudioBars.h"
 #include "media/NowPlayingImageProvider.h"
 #include "media/NowPlayingService.h"
+#include "media/SystemVolume.h"
 #include "notch/ActivityCenter.h"
 #include "notch/NotchViewModel.h"
 #include "notch/NotchWindowController.h"
@@ -35,6 +39,9 @@
 #include "platform/linux/LinuxSystemTimeEvents.h"
 #include "platform/linux/NowPlayingHelper.h"
 #include "prayer/AdhanAlert.h"
+#include "platform/linux/PulseAudioConnection.h"
+#include "platform/linux/PulseAudioOutputs.h"
+#include "platform/linux/SystemAudioTap.h"
 #include "prayer/PrayerService.h"
 
 #include <QApplication>
@@ -79,7 +86,8 @@ QIcon applicationIcon()
 } // namespace
 
 AppDelegate::AppDelegate(QApplication& application)
-    : application_(application), store_(std::make_unique<QSettingsStore>()),
+    : application_(application),
+      store_(std::make_unique<IniSettingsStore>(clock_, IniSettingsStore::defaultPath())),
       settings_(std::make_unique<AppSettings>(*store_, &AppSettings::systemPreferredLanguages)),
       engine_(std::make_unique<QQmlApplicationEngine>())
 {
@@ -124,6 +132,7 @@ void AppDelegate::start()
         activityCenter_->showToast(
             ActivityCenter::makeToast("doc.on.clipboard", arabic ? "نُسخ" : "Copied", ""), 1.5);
     });
+    startSound();
     shell_ = std::make_unique<Shell>();
     sleepPreventer_ = makeSleepPreventer();
     sound_ = makeSoundPlayer();
@@ -225,6 +234,10 @@ void AppDelegate::start()
     connect(nowPlaying_.get(), &NowPlayingService::infoChanged, this,
             &AppDelegate::noteNowPlayingChanged);
     noteNowPlayingChanged();
+    connect(volume_.get(), &SystemVolume::changed, this, [this] {
+        if (remote_)
+            remote_->volumeChanged();
+    });
 }
 
 void AppDelegate::startCalendar()
@@ -252,6 +265,19 @@ void AppDelegate::startNowPlaying()
     nowPlaying_ = std::make_unique<NowPlayingService>(clock_, *settings_, *nowPlayingWatcher_,
                                                       *playerApplications_, *artworkDownloader_);
     nowPlaying_->start();
+}
+
+// The audio bars, then the system volume, on one connection to the sound server.
+void AppDelegate::startSound()
+{
+    soundServer_ = std::make_unique<PulseAudioConnection>();
+    systemAudio_ = std::make_unique<PulseSystemAudio>(*soundServer_);
+    audioBars_ = std::make_unique<AudioBars>(clock_, *settings_, *systemAudio_);
+    connect(nowPlaying_.get(), &NowPlayingService::infoChanged, audioBars_.get(),
+            [this] { audioBars_->setPlaying(nowPlaying_->isPlaying()); });
+    audioBars_->setPlaying(nowPlaying_->isPlaying());
+    audioOutputs_ = std::make_unique<PulseAudioOutputs>(*soundServer_);
+    volume_ = std::make_unique<SystemVolume>(*audioOutputs_);
 }
 
 // The bus shows the track as it was at its last change, with the position of that moment.
@@ -298,8 +324,14 @@ MenuBarActions AppDelegate::menuBarActions()
 
 void AppDelegate::setUpEngine()
 {
+    notices_ = std::make_unique<AppNotices>();
+    notices_->setSettingsSaveProblem(store_->saveProblem());
+    connect(store_.get(), &IniSettingsStore::saveProblemChanged, notices_.get(),
+            [this] { notices_->setSettingsSaveProblem(store_->saveProblem()); });
+
     engine_->addImageProvider(QStringLiteral("icon"), new IconImageProvider);
     QQmlContext* context = engine_->rootContext();
+    context->setContextProperty(QStringLiteral("notices"), notices_.get());
     context->setContextProperty(QStringLiteral("settings"), settings_.get());
     context->setContextProperty(QStringLiteral("notch"), notchModel_.get());
     context->setContextProperty(QStringLiteral("activityCenter"), activityCenter_.get());
@@ -312,6 +344,8 @@ void AppDelegate::setUpEngine()
     context->setContextProperty(QStringLiteral("notes"), notes_.get());
     context->setContextProperty(QStringLiteral("calendar"), calendar_.get());
     context->setContextProperty(QStringLiteral("nowPlaying"), nowPlaying_.get());
+    context->setContextProperty(QStringLiteral("audioBars"), audioBars_.get());
+    context->setContextProperty(QStringLiteral("systemVolume"), volume_.get());
     engine_->addImageProvider(QStringLiteral("nowplaying"),
                               new NowPlayingImageProvider(nowPlaying_->images()));
 }
@@ -336,10 +370,18 @@ void AppDelegate::setUpStatusItem()
 void AppDelegate::setUpHotKey()
 {
     QPointer<AppDelegate> self(this);
-    hotKey_ = makeHotKey(Qt::Key_L, Qt::ControlModifier | Qt::AltModifier, [self] {
+    HotKeyGrab grab = makeHotKey(Qt::Key_L, Qt::ControlModifier | Qt::AltModifier, [self] {
         if (self)
             self->toggle();
     });
+    hotKey_ = std::move(grab.hotKey);
+    // Said once while it lasts; the settings window shows it with the way round it.
+    if (grab.takenByAnother && !notices_->hotKeyTaken())
+        logLine("Ctrl+Alt+L is taken by another program, so it does not open the notch; the bus's "
+                "Toggle does (see navro --help)");
+    else if (hotKey_ && notices_->hotKeyTaken())
+        logLine("Ctrl+Alt+L is free again and opens the notch");
+    notices_->setHotKeyTaken(grab.takenByAnother);
 }
 
 void AppDelegate::shutdown()
@@ -351,6 +393,8 @@ void AppDelegate::shutdown()
         onboardingFinish_->interrupt();
     if (nowPlaying_)
         nowPlaying_->stop();
+    if (audioBars_)
+        audioBars_->shutDown();
     // The timer ends its session (the focus-off action included) and lets the display sleep.
     // The preventer itself goes with the delegate, waiting briefly until the desktop has its
     // hold back.
@@ -365,7 +409,7 @@ void AppDelegate::shutdown()
     if (notes_)
         notes_->flushPendingSave();
     if (store_)
-        store_->sync();
+        store_->saveNow();
 }
 
 void AppDelegate::presentOnboarding()
@@ -377,9 +421,24 @@ void AppDelegate::presentOnboarding()
 
 void AppDelegate::showSettings(const QString& page)
 {
+    // The user may have freed the key meanwhile; the window tells whether it is Navro's now.
+    if (!hotKey_ && notices_->hotKeyTaken())
+        setUpHotKey();
     closeNotch();
     settings_->setSettingsPageRaw(page);
     settingsWindow_->show();
+}
+
+RemoteRefusal AppDelegate::openSettings(const QString& page)
+{
+    if (!settingsPageFromRaw(page.toStdString())) {
+        QStringList pages;
+        for (SettingsPage known : allSettingsPages)
+            pages << toQString(rawValue(known));
+        return unknownChoice(QStringLiteral("settings page"), page, pages);
+    }
+    showSettings(page);
+    return std::nullopt;
 }
 
 void AppDelegate::finishOnboarding()
@@ -412,18 +471,22 @@ void AppDelegate::toggle()
         notchModel_->open(false, true);
 }
 
-bool AppDelegate::openTab(const QString& tab)
+RemoteRefusal AppDelegate::openTab(const QString& tab)
 {
     const auto chosen = notchTabFromRaw(tab.toStdString());
-    if (!chosen)
-        return false;
+    if (!chosen) {
+        QStringList tabs;
+        for (NotchTab known : allNotchTabs)
+            tabs << toQString(rawValue(known));
+        return unknownChoice(QStringLiteral("tab"), tab, tabs);
+    }
     if (notchPanelVisible()) {
         // Opening may pick the tab of the closed notch's activity; the asked-for tab wins.
         notchModel_->open(false, true);
         notchModel_->setSelectedTab(*chosen);
         notch_->takeFocus();
     }
-    return true;
+    return std::nullopt;
 }
 
 RemoteState AppDelegate::remoteState() const
@@ -480,15 +543,45 @@ std::optional<RemoteNextMeeting> AppDelegate::remoteNextMeeting() const
         isoUtc(next.end.time_since_epoch()), QString::fromStdString(next.joinLink.value_or(""))};
 }
 
-bool AppDelegate::startTimer(double minutes, bool focus)
+RemoteRefusal AppDelegate::startTimer(double minutes, bool focus)
 {
-    return timer_ && timer_->start(minutes, focus);
+    if (timer_ && timer_->start(minutes, focus))
+        return std::nullopt;
+    return QStringLiteral("a timer runs for more than 0 and at most %1 minutes")
+        .arg(longestTimerMinutes);
 }
 
 void AppDelegate::stopTimer()
 {
     if (timer_)
         timer_->stop();
+}
+
+RemoteVolume AppDelegate::remoteVolume() const
+{
+    if (!volume_)
+        return {};
+    return {volume_->volume(), volume_->isMuted(), volume_->outputName(), volume_->outputs()};
+}
+
+void AppDelegate::setVolume(double volume)
+{
+    if (volume_)
+        volume_->set(volume);
+}
+
+void AppDelegate::toggleMute()
+{
+    if (volume_)
+        volume_->toggleMute();
+}
+
+RemoteRefusal AppDelegate::selectOutput(const QString& name)
+{
+    if (volume_ && volume_->selectOutput(name))
+        return std::nullopt;
+    return unknownChoice(QStringLiteral("output"), name,
+                         volume_ ? volume_->outputs() : QStringList());
 }
 
 void AppDelegate::publishState()

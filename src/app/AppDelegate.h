@@ -22,7 +22,10 @@ class BackgroundQueue;
 class CalendarFetcher;
 class CalendarService;
 class AppActions;
+class AppNotices;
 class AppSettings;
+class AudioBars;
+class AudioOutputControl;
 class ArtworkDownloader;
 class ClipboardHistoryModel;
 class ClipboardStore;
@@ -41,12 +44,15 @@ class PanelWindowSystem;
 class Pasteboard;
 class PlayerApplications;
 class PrayerService;
+class PulseAudioConnection;
 class SystemTimeEvents;
-class QSettingsStore;
+class IniSettingsStore;
 class QmlWindowHost;
 class Shell;
 class SleepPreventer;
 class SoundPlayer;
+class SystemAudio;
+class SystemVolume;
 class TimerService;
 
 // The one composition root: builds every long-lived object in start-up order, wires them
@@ -73,11 +79,11 @@ public:
     void open(bool focus) override;
     void close() override;
     void toggle() override;
-    void openSettings(const QString& page) override { showSettings(page); }
-    bool openTab(const QString& tab) override;
+    RemoteRefusal openSettings(const QString& page) override;
+    RemoteRefusal openTab(const QString& tab) override;
     RemoteState remoteState() const override;
     RemoteTimer remoteTimer() const override;
-    bool startTimer(double minutes, bool focus) override;
+    RemoteRefusal startTimer(double minutes, bool focus) override;
     void stopTimer() override;
     std::optional<RemoteNowPlaying> remoteNowPlaying() const override
     {
@@ -85,6 +91,10 @@ public:
     }
     std::optional<RemoteNextPrayer> remoteNextPrayer() const override;
     std::optional<RemoteNextMeeting> remoteNextMeeting() const override;
+    RemoteVolume remoteVolume() const override;
+    void setVolume(double volume) override;
+    void toggleMute() override;
+    RemoteRefusal selectOutput(const QString& name) override;
 
 private:
     // StatusItemHost
@@ -104,12 +114,13 @@ private:
     void startNowPlaying();
     void startCalendar();
     void noteNowPlayingChanged();
+    void startSound();
     bool notchPanelVisible() const;
 
     QApplication& application_;
     QtClock clock_;
     AppEvents events_;
-    std::unique_ptr<QSettingsStore> store_;
+    std::unique_ptr<IniSettingsStore> store_;
     std::unique_ptr<AppSettings> settings_;
     std::unique_ptr<QQmlApplicationEngine> engine_;
     std::unique_ptr<QmlWindowHost> settingsWindow_;
@@ -130,6 +141,11 @@ private:
     std::unique_ptr<ClipboardStore> clipboard_;
     std::unique_ptr<ClipboardHistoryModel> clipboardHistory_;
     std::unique_ptr<ActivityCenter> activityCenter_;
+    std::unique_ptr<PulseAudioConnection> soundServer_;
+    std::unique_ptr<SystemAudio> systemAudio_;
+    std::unique_ptr<AudioBars> audioBars_;
+    std::unique_ptr<AudioOutputControl> audioOutputs_;
+    std::unique_ptr<SystemVolume> volume_;
     std::unique_ptr<Shell> shell_;
     std::unique_ptr<SleepPreventer> sleepPreventer_;
     std::unique_ptr<SoundPlayer> sound_;
@@ -143,6 +159,7 @@ private:
     std::unique_ptr<PanelWindowSystem> panelWindowSystem_;
     std::unique_ptr<NotchWindowController> notch_;
     std::unique_ptr<AppActions> actions_;
+    std::unique_ptr<AppNotices> notices_;
     std::unique_ptr<QSystemTrayIcon> statusItem_;
     std::unique_ptr<HotKey> hotKey_;
     std::unique_ptr<OnboardingFinish> onboardingFinish_;

@@ -11,10 +11,13 @@ namespace {
 
 template <typename T> void logWrongType(const QString& key, const StoreRead<T>& read)
 {
-    if (read.state() == StoreRead<T>::State::wrongType)
-        logLine(QStringLiteral("setting \"%1\" holds a value of another type; using its default")
-                    .arg(key)
-                    .toStdString());
+    if (read.state() != StoreRead<T>::State::wrongType)
+        return;
+    const std::string stored = read.stored().isEmpty()
+                                   ? ""
+                                   : " \"" + excerptForLog(read.stored().toStdString(), 80) + "\",";
+    logLine("setting \"" + key.toStdString() + "\" holds" + stored +
+            " a value of another type; using its default");
 }
 
 } // namespace
@@ -431,10 +434,8 @@ Enum AppSettings::loadExactEnum(const QString& key, Enum fallback, Enum onlyChoi
 
 void AppSettings::logRejected(const QString& key, const QString& raw) const
 {
-    logLine(QStringLiteral("setting \"%1\" has no choice \"%2\"; keeping the default or current "
-                           "value")
-                .arg(key, raw)
-                .toStdString());
+    logLine("setting \"" + key.toStdString() + "\" has no choice \"" +
+            excerptForLog(raw.toStdString(), 80) + "\"; keeping the default or current value");
 }
 
 } // namespace navro

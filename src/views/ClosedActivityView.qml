@@ -275,13 +275,12 @@ Item {
     Component {
         id: musicTrailing
         Item {
-            AudioBarsView {
+            EqualizerBars {
                 anchors.verticalCenter: parent.verticalCenter
                 anchors.right: parent.right
                 height: Theme.closedIconSize
-                levels: typeof audioBars !== "undefined" ? audioBars.levels : []
-                playing: typeof nowPlaying !== "undefined" && nowPlaying.isPlaying
-                tint: Theme.music
+                isPlaying: typeof nowPlaying !== "undefined" && nowPlaying.isPlaying
+                color: Theme.music
             }
         }
     }

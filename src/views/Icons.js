@@ -62,6 +62,10 @@ var files = {
     "chevron.left": "chevron-left",
     "chevron.right": "chevron-right",
     "chevron.up.chevron.down": "chevrons-up-down",
+    "speaker.fill": "volume",
+    "speaker.wave.1.fill": "volume-1",
+    "speaker.wave.3.fill": "volume-2",
+    "speaker.slash.fill": "volume-x",
     "circle": "circle"
 };
 

@@ -115,7 +115,8 @@ Item {
         "calendar": "CalendarTab.qml",
         "timer": "TimerTab.qml",
         "notes": "NotesTab.qml",
-        "clipboard": "ClipboardTab.qml"
+        "clipboard": "ClipboardTab.qml",
+        "devices": "DevicesTab.qml"
     })
 
     Component {

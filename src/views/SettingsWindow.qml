@@ -82,9 +82,15 @@ Window {
             color: Theme.separator
         }
 
+        SettingsNotices {
+            id: noticeArea
+            anchors { left: sidebar.right; right: parent.right; top: parent.top; margins: visible ? Theme.windowPadding : 0 }
+            height: visible ? implicitHeight : 0
+        }
+
         Loader {
             id: page
-            anchors { left: sidebar.right; leftMargin: 1; right: parent.right; top: parent.top; bottom: parent.bottom }
+            anchors { left: sidebar.right; leftMargin: 1; right: parent.right; top: noticeArea.bottom; bottom: parent.bottom }
             source: settings.settingsPage === "prayer" ? "PrayerPage.qml"
                     : settings.settingsPage === "calendars" ? "CalendarsPage.qml"
                     : settings.settingsPage === "about" ? "AboutPage.qml" : "GeneralPage.qml"
