@@ -22,6 +22,7 @@ public:
         MenuBarActions menu;
         std::function<void()> finishOnboarding;
         std::function<void()> showOnboarding;
+        std::function<void(const QString& page)> openSettingsPage;
     };
 
     AppActions(Callbacks callbacks, LaunchAtLogin* launchAtLogin, QObject* parent = nullptr);
@@ -34,6 +35,12 @@ public:
     Q_INVOKABLE void quit() { call(callbacks_.menu.quit); }
     Q_INVOKABLE void finishOnboarding() { call(callbacks_.finishOnboarding); }
     Q_INVOKABLE void showOnboarding() { call(callbacks_.showOnboarding); }
+    // The settings window on the page of that raw value ("calendars" …).
+    Q_INVOKABLE void openSettingsPage(const QString& page)
+    {
+        if (callbacks_.openSettingsPage)
+            callbacks_.openSettingsPage(page);
+    }
 
     // Read from the system each time: another program (or the user's file manager) may change
     // the autostart entry behind our back.

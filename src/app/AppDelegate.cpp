@@ -1,20 +1,23 @@
 #include "app/AppDelegate.h"
 
 #include "app/AppActions.h"
+#include "app/AppNotices.h"
 #include "app/AppSettings.h"
 #include "app/DesktopNotifier.h"
 #include "app/FileAccess.h"
 #include "app/HotKey.h"
 #include "app/IconImageProvider.h"
+#include "app/IniSettingsStore.h"
 #include "app/LaunchAtLogin.h"
 #include "app/Log.h"
 #include "app/OnboardingFinish.h"
-#include "app/QSettingsStore.h"
 #include "app/QmlWindowHost.h"
 #include "app/Shell.h"
 #include "app/SoundPlayer.h"
 #include "app/ThemeIconProvider.h"
 #include "data/CaptureService.h"
+#include "calendar/BackgroundQueue.h"
+#include "calendar/CalendarService.h"
 #include "data/ClipboardHistoryModel.h"
 #include "data/ClipboardImageProvider.h"
 #include "data/ClipboardStore.h"
@@ -25,10 +28,13 @@
 #include "data/ScreenCapture.h"
 #include "data/ShelfStore.h"
 #include "data/SleepPreventer.h"
+#include "data/TimerPhase.h"
 #include "data/TimerService.h"
 #include "media/ArtworkDownloader.h"
+#include "media/AudioBars.h"
 #include "media/NowPlayingImageProvider.h"
 #include "media/NowPlayingService.h"
+#include "media/SystemVolume.h"
 #include "notch/ActivityCenter.h"
 #include "notch/NotchViewModel.h"
 #include "notch/NotchWindowController.h"
@@ -37,9 +43,14 @@
 #include "platform/linux/DesktopPlayerApplications.h"
 #include "platform/linux/LinuxSystemTimeEvents.h"
 #include "platform/linux/NowPlayingHelper.h"
+#include "prayer/AdhanAlert.h"
+#include "platform/linux/PulseAudioConnection.h"
+#include "platform/linux/PulseAudioOutputs.h"
+#include "platform/linux/SystemAudioTap.h"
 #include "prayer/PrayerService.h"
 
 #include <QApplication>
+#include <QDateTime>
 #include <QGuiApplication>
 #include <QIcon>
 #include <QPainter>
@@ -80,7 +91,8 @@ QIcon applicationIcon()
 } // namespace
 
 AppDelegate::AppDelegate(QApplication& application)
-    : application_(application), store_(std::make_unique<QSettingsStore>()),
+    : application_(application),
+      store_(std::make_unique<IniSettingsStore>(clock_, IniSettingsStore::defaultPath())),
       settings_(std::make_unique<AppSettings>(*store_, &AppSettings::systemPreferredLanguages)),
       engine_(std::make_unique<QQmlApplicationEngine>())
 {
@@ -126,6 +138,7 @@ void AppDelegate::start()
         activityCenter_->showToast(
             ActivityCenter::makeToast("doc.on.clipboard", arabic ? "نُسخ" : "Copied", ""), 1.5);
     });
+    startSound();
     shell_ = std::make_unique<Shell>();
     sleepPreventer_ = makeSleepPreventer();
     sound_ = makeSoundPlayer();
@@ -134,8 +147,14 @@ void AppDelegate::start()
     connect(timer_.get(), &TimerService::stateChanged, activityCenter_.get(),
             [this] { activityCenter_->setTimerState(timer_->state()); });
     notifier_ = makeDesktopNotifier();
+    startCalendar();
     notes_ = std::make_unique<NotesStore>(clock_, *settings_, *timeEvents_, *notifier_);
     shelf_ = std::make_unique<ShelfStore>(clock_, *settings_, *desktopFiles_, dataFolder());
+    adhanAlert_ = std::make_unique<AdhanAlert>(
+        *prayer_, *settings_, clock_, *notifier_, *sound_,
+        [this](const std::string& title, const std::string& detail, double seconds) {
+            activityCenter_->showToast(ActivityCenter::makeToast("moon", title, detail), seconds);
+        });
     connect(nowPlaying_.get(), &NowPlayingService::infoChanged, activityCenter_.get(), [this] {
         const auto& info = nowPlaying_->info();
         activityCenter_->setPlaybackRate(info ? std::optional(info->rate) : std::nullopt);
@@ -167,6 +186,10 @@ void AppDelegate::start()
     callbacks.showOnboarding = [self] {
         if (self)
             self->events_.requestOnboarding();
+    };
+    callbacks.openSettingsPage = [self](const QString& page) {
+        if (self)
+            self->showSettings(page);
     };
     actions_ = std::make_unique<AppActions>(std::move(callbacks), launchAtLogin_.get());
     engine_->rootContext()->setContextProperty(QStringLiteral("app"), actions_.get());
@@ -211,9 +234,37 @@ void AppDelegate::start()
             remote_->timerChanged();
     });
     publishState();
+    connect(prayer_.get(), &PrayerService::prayerChanged, this, [this] {
+        if (remote_)
+            remote_->nextPrayerChanged();
+    });
+    connect(calendar_.get(), &CalendarService::nextMeetingChanged, this, [this] {
+        if (remote_)
+            remote_->nextMeetingChanged();
+    });
     connect(nowPlaying_.get(), &NowPlayingService::infoChanged, this,
             &AppDelegate::noteNowPlayingChanged);
     noteNowPlayingChanged();
+    connect(volume_.get(), &SystemVolume::changed, this, [this] {
+        if (remote_)
+            remote_->volumeChanged();
+    });
+}
+
+void AppDelegate::startCalendar()
+{
+    calendarFetcher_ = std::make_unique<HttpCalendarFetcher>();
+    calendarQueue_ = std::make_unique<BackgroundQueue>();
+    calendar_ = std::make_unique<CalendarService>(
+        *settings_, clock_, *timeEvents_, *calendarFetcher_,
+        [queue = calendarQueue_.get()](std::function<void()> work, std::function<void()> then) {
+            queue->run(std::move(work), std::move(then));
+        },
+        // Evolution keeps its calendars in the same data home as ours.
+        CalendarService::Folders{dataFolder() / "Calendars", dataFolder().parent_path()});
+    connect(calendar_.get(), &CalendarService::nextMeetingChanged, activityCenter_.get(),
+            [this] { activityCenter_->setNextMeeting(calendar_->nextMeeting()); });
+    calendar_->start();
 }
 
 void AppDelegate::startCapture()
@@ -250,6 +301,19 @@ void AppDelegate::startNowPlaying()
     nowPlaying_ = std::make_unique<NowPlayingService>(clock_, *settings_, *nowPlayingWatcher_,
                                                       *playerApplications_, *artworkDownloader_);
     nowPlaying_->start();
+}
+
+// The audio bars, then the system volume, on one connection to the sound server.
+void AppDelegate::startSound()
+{
+    soundServer_ = std::make_unique<PulseAudioConnection>();
+    systemAudio_ = std::make_unique<PulseSystemAudio>(*soundServer_);
+    audioBars_ = std::make_unique<AudioBars>(clock_, *settings_, *systemAudio_);
+    connect(nowPlaying_.get(), &NowPlayingService::infoChanged, audioBars_.get(),
+            [this] { audioBars_->setPlaying(nowPlaying_->isPlaying()); });
+    audioBars_->setPlaying(nowPlaying_->isPlaying());
+    audioOutputs_ = std::make_unique<PulseAudioOutputs>(*soundServer_);
+    volume_ = std::make_unique<SystemVolume>(*audioOutputs_);
 }
 
 // The bus shows the track as it was at its last change, with the position of that moment.
@@ -296,8 +360,14 @@ MenuBarActions AppDelegate::menuBarActions()
 
 void AppDelegate::setUpEngine()
 {
+    notices_ = std::make_unique<AppNotices>();
+    notices_->setSettingsSaveProblem(store_->saveProblem());
+    connect(store_.get(), &IniSettingsStore::saveProblemChanged, notices_.get(),
+            [this] { notices_->setSettingsSaveProblem(store_->saveProblem()); });
+
     engine_->addImageProvider(QStringLiteral("icon"), new IconImageProvider);
     QQmlContext* context = engine_->rootContext();
+    context->setContextProperty(QStringLiteral("notices"), notices_.get());
     context->setContextProperty(QStringLiteral("settings"), settings_.get());
     context->setContextProperty(QStringLiteral("notch"), notchModel_.get());
     context->setContextProperty(QStringLiteral("activityCenter"), activityCenter_.get());
@@ -311,7 +381,10 @@ void AppDelegate::setUpEngine()
     context->setContextProperty(QStringLiteral("shelf"), shelf_.get());
     context->setContextProperty(QStringLiteral("capture"), capture_.get());
     engine_->addImageProvider(QStringLiteral("themeicon"), new ThemeIconProvider);
+    context->setContextProperty(QStringLiteral("calendar"), calendar_.get());
     context->setContextProperty(QStringLiteral("nowPlaying"), nowPlaying_.get());
+    context->setContextProperty(QStringLiteral("audioBars"), audioBars_.get());
+    context->setContextProperty(QStringLiteral("systemVolume"), volume_.get());
     engine_->addImageProvider(QStringLiteral("nowplaying"),
                               new NowPlayingImageProvider(nowPlaying_->images()));
 }
@@ -336,10 +409,18 @@ void AppDelegate::setUpStatusItem()
 void AppDelegate::setUpHotKey()
 {
     QPointer<AppDelegate> self(this);
-    hotKey_ = makeHotKey(Qt::Key_L, Qt::ControlModifier | Qt::AltModifier, [self] {
+    HotKeyGrab grab = makeHotKey(Qt::Key_L, Qt::ControlModifier | Qt::AltModifier, [self] {
         if (self)
             self->toggle();
     });
+    hotKey_ = std::move(grab.hotKey);
+    // Said once while it lasts; the settings window shows it with the way round it.
+    if (grab.takenByAnother && !notices_->hotKeyTaken())
+        logLine("Ctrl+Alt+L is taken by another program, so it does not open the notch; the bus's "
+                "Toggle does (see navro --help)");
+    else if (hotKey_ && notices_->hotKeyTaken())
+        logLine("Ctrl+Alt+L is free again and opens the notch");
+    notices_->setHotKeyTaken(grab.takenByAnother);
 }
 
 void AppDelegate::shutdown()
@@ -354,6 +435,8 @@ void AppDelegate::shutdown()
         onboardingFinish_->interrupt();
     if (nowPlaying_)
         nowPlaying_->stop();
+    if (audioBars_)
+        audioBars_->shutDown();
     // The timer ends its session (the focus-off action included) and lets the display sleep.
     // The preventer itself goes with the delegate, waiting briefly until the desktop has its
     // hold back.
@@ -368,7 +451,7 @@ void AppDelegate::shutdown()
     if (notes_)
         notes_->flushPendingSave();
     if (store_)
-        store_->sync();
+        store_->saveNow();
 }
 
 void AppDelegate::presentOnboarding()
@@ -380,9 +463,24 @@ void AppDelegate::presentOnboarding()
 
 void AppDelegate::showSettings(const QString& page)
 {
+    // The user may have freed the key meanwhile; the window tells whether it is Navro's now.
+    if (!hotKey_ && notices_->hotKeyTaken())
+        setUpHotKey();
     closeNotch();
     settings_->setSettingsPageRaw(page);
     settingsWindow_->show();
+}
+
+RemoteRefusal AppDelegate::openSettings(const QString& page)
+{
+    if (!settingsPageFromRaw(page.toStdString())) {
+        QStringList pages;
+        for (SettingsPage known : allSettingsPages)
+            pages << toQString(rawValue(known));
+        return unknownChoice(QStringLiteral("settings page"), page, pages);
+    }
+    showSettings(page);
+    return std::nullopt;
 }
 
 void AppDelegate::finishOnboarding()
@@ -415,18 +513,22 @@ void AppDelegate::toggle()
         notchModel_->open(false, true);
 }
 
-bool AppDelegate::openTab(const QString& tab)
+RemoteRefusal AppDelegate::openTab(const QString& tab)
 {
     const auto chosen = notchTabFromRaw(tab.toStdString());
-    if (!chosen)
-        return false;
+    if (!chosen) {
+        QStringList tabs;
+        for (NotchTab known : allNotchTabs)
+            tabs << toQString(rawValue(known));
+        return unknownChoice(QStringLiteral("tab"), tab, tabs);
+    }
     if (notchPanelVisible()) {
         // Opening may pick the tab of the closed notch's activity; the asked-for tab wins.
         notchModel_->open(false, true);
         notchModel_->setSelectedTab(*chosen);
         notch_->takeFocus();
     }
-    return true;
+    return std::nullopt;
 }
 
 RemoteState AppDelegate::remoteState() const
@@ -455,21 +557,67 @@ RemoteTimer AppDelegate::remoteTimer() const
     return timer;
 }
 
-bool AppDelegate::startTimer(double minutes, bool focus)
+namespace {
+
+QString isoUtc(std::chrono::milliseconds sinceEpoch)
 {
-    return timer_ && timer_->start(minutes, focus);
+    return QDateTime::fromMSecsSinceEpoch(sinceEpoch.count()).toUTC().toString(Qt::ISODate);
 }
 
-bool AppDelegate::takeScreenshot(const QString& mode)
+} // namespace
+
+std::optional<RemoteNextPrayer> AppDelegate::remoteNextPrayer() const
 {
-    closeNotch();
-    return capture_ && capture_->takeScreenshot(mode);
+    if (!prayer_ || !prayer_->upcoming())
+        return std::nullopt;
+    const auto& next = *prayer_->upcoming();
+    return RemoteNextPrayer{toQString(rawValue(next.prayer)), isoUtc(next.at.time_since_epoch()),
+                            prayer_->cityEnglish()};
 }
 
-bool AppDelegate::startRecording(const QString& mode)
+std::optional<RemoteNextMeeting> AppDelegate::remoteNextMeeting() const
 {
+    if (!calendar_ || !calendar_->nextMeeting())
+        return std::nullopt;
+    const Meeting& next = *calendar_->nextMeeting();
+    return RemoteNextMeeting{
+        QString::fromStdString(next.title), isoUtc(next.start.time_since_epoch()),
+        isoUtc(next.end.time_since_epoch()), QString::fromStdString(next.joinLink.value_or(""))};
+}
+
+RemoteRefusal AppDelegate::startTimer(double minutes, bool focus)
+{
+    if (timer_ && timer_->start(minutes, focus))
+        return std::nullopt;
+    return QStringLiteral("a timer runs for more than 0 and at most %1 minutes")
+        .arg(longestTimerMinutes);
+}
+
+namespace {
+
+const QStringList captureModes{QStringLiteral("area"), QStringLiteral("window"),
+                               QStringLiteral("screen")};
+
+} // namespace
+
+RemoteRefusal AppDelegate::takeScreenshot(const QString& mode)
+{
+    if (!captureModes.contains(mode))
+        return unknownChoice(QStringLiteral("mode"), mode, captureModes);
     closeNotch();
-    return capture_ && capture_->startRecording(mode);
+    if (capture_ && capture_->takeScreenshot(mode))
+        return std::nullopt;
+    return QStringLiteral("screenshots are unavailable here");
+}
+
+RemoteRefusal AppDelegate::startRecording(const QString& mode)
+{
+    if (!captureModes.contains(mode))
+        return unknownChoice(QStringLiteral("mode"), mode, captureModes);
+    closeNotch();
+    if (capture_ && capture_->startRecording(mode))
+        return std::nullopt;
+    return QStringLiteral("a recording runs already, or recording is unavailable here");
 }
 
 void AppDelegate::stopRecording()
@@ -482,6 +630,33 @@ void AppDelegate::stopTimer()
 {
     if (timer_)
         timer_->stop();
+}
+
+RemoteVolume AppDelegate::remoteVolume() const
+{
+    if (!volume_)
+        return {};
+    return {volume_->volume(), volume_->isMuted(), volume_->outputName(), volume_->outputs()};
+}
+
+void AppDelegate::setVolume(double volume)
+{
+    if (volume_)
+        volume_->set(volume);
+}
+
+void AppDelegate::toggleMute()
+{
+    if (volume_)
+        volume_->toggleMute();
+}
+
+RemoteRefusal AppDelegate::selectOutput(const QString& name)
+{
+    if (volume_ && volume_->selectOutput(name))
+        return std::nullopt;
+    return unknownChoice(QStringLiteral("output"), name,
+                         volume_ ? volume_->outputs() : QStringList());
 }
 
 void AppDelegate::publishState()

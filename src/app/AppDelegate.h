@@ -17,8 +17,15 @@ class QQmlApplicationEngine;
 namespace navro {
 
 class ActivityCenter;
+class AdhanAlert;
+class BackgroundQueue;
+class CalendarFetcher;
+class CalendarService;
 class AppActions;
+class AppNotices;
 class AppSettings;
+class AudioBars;
+class AudioOutputControl;
 class ArtworkDownloader;
 class CaptureService;
 class ClipboardHistoryModel;
@@ -39,15 +46,18 @@ class PanelWindowSystem;
 class Pasteboard;
 class PlayerApplications;
 class PrayerService;
+class PulseAudioConnection;
 class SystemTimeEvents;
-class QSettingsStore;
 class ScreenGrabber;
 class ScreenRecorder;
+class IniSettingsStore;
 class QmlWindowHost;
 class Shell;
 class ShelfStore;
 class SleepPreventer;
 class SoundPlayer;
+class SystemAudio;
+class SystemVolume;
 class TimerService;
 
 // The one composition root: builds every long-lived object in start-up order, wires them
@@ -74,19 +84,25 @@ public:
     void open(bool focus) override;
     void close() override;
     void toggle() override;
-    void openSettings(const QString& page) override { showSettings(page); }
-    bool openTab(const QString& tab) override;
+    RemoteRefusal openSettings(const QString& page) override;
+    RemoteRefusal openTab(const QString& tab) override;
     RemoteState remoteState() const override;
     RemoteTimer remoteTimer() const override;
-    bool startTimer(double minutes, bool focus) override;
+    RemoteRefusal startTimer(double minutes, bool focus) override;
     void stopTimer() override;
     std::optional<RemoteNowPlaying> remoteNowPlaying() const override
     {
         return nowPlayingSnapshot_;
     }
-    bool takeScreenshot(const QString& mode) override;
-    bool startRecording(const QString& mode) override;
+    RemoteRefusal takeScreenshot(const QString& mode) override;
+    RemoteRefusal startRecording(const QString& mode) override;
     void stopRecording() override;
+    std::optional<RemoteNextPrayer> remoteNextPrayer() const override;
+    std::optional<RemoteNextMeeting> remoteNextMeeting() const override;
+    RemoteVolume remoteVolume() const override;
+    void setVolume(double volume) override;
+    void toggleMute() override;
+    RemoteRefusal selectOutput(const QString& name) override;
 
 private:
     // StatusItemHost
@@ -105,13 +121,15 @@ private:
     void publishState();
     void startNowPlaying();
     void startCapture();
+    void startCalendar();
     void noteNowPlayingChanged();
+    void startSound();
     bool notchPanelVisible() const;
 
     QApplication& application_;
     QtClock clock_;
     AppEvents events_;
-    std::unique_ptr<QSettingsStore> store_;
+    std::unique_ptr<IniSettingsStore> store_;
     std::unique_ptr<AppSettings> settings_;
     std::unique_ptr<QQmlApplicationEngine> engine_;
     std::unique_ptr<QmlWindowHost> settingsWindow_;
@@ -132,20 +150,30 @@ private:
     std::unique_ptr<ClipboardStore> clipboard_;
     std::unique_ptr<ClipboardHistoryModel> clipboardHistory_;
     std::unique_ptr<ActivityCenter> activityCenter_;
+    std::unique_ptr<PulseAudioConnection> soundServer_;
+    std::unique_ptr<SystemAudio> systemAudio_;
+    std::unique_ptr<AudioBars> audioBars_;
+    std::unique_ptr<AudioOutputControl> audioOutputs_;
+    std::unique_ptr<SystemVolume> volume_;
     std::unique_ptr<Shell> shell_;
     std::unique_ptr<SleepPreventer> sleepPreventer_;
     std::unique_ptr<SoundPlayer> sound_;
     std::unique_ptr<TimerService> timer_;
+    std::unique_ptr<CalendarFetcher> calendarFetcher_;
+    std::unique_ptr<BackgroundQueue> calendarQueue_;
+    std::unique_ptr<CalendarService> calendar_;
     std::unique_ptr<NotesStore> notes_;
     std::unique_ptr<DesktopFiles> desktopFiles_;
     std::unique_ptr<ShelfStore> shelf_;
     std::unique_ptr<ScreenGrabber> screenGrabber_;
     std::unique_ptr<ScreenRecorder> screenRecorder_;
     std::unique_ptr<CaptureService> capture_;
+    std::unique_ptr<AdhanAlert> adhanAlert_;
     std::unique_ptr<NotchViewModel> notchModel_;
     std::unique_ptr<PanelWindowSystem> panelWindowSystem_;
     std::unique_ptr<NotchWindowController> notch_;
     std::unique_ptr<AppActions> actions_;
+    std::unique_ptr<AppNotices> notices_;
     std::unique_ptr<QSystemTrayIcon> statusItem_;
     std::unique_ptr<HotKey> hotKey_;
     std::unique_ptr<OnboardingFinish> onboardingFinish_;

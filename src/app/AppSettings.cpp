@@ -11,10 +11,13 @@ namespace {
 
 template <typename T> void logWrongType(const QString& key, const StoreRead<T>& read)
 {
-    if (read.state() == StoreRead<T>::State::wrongType)
-        logLine(QStringLiteral("setting \"%1\" holds a value of another type; using its default")
-                    .arg(key)
-                    .toStdString());
+    if (read.state() != StoreRead<T>::State::wrongType)
+        return;
+    const std::string stored = read.stored().isEmpty()
+                                   ? ""
+                                   : " \"" + excerptForLog(read.stored().toStdString(), 80) + "\",";
+    logLine("setting \"" + key.toStdString() + "\" holds" + stored +
+            " a value of another type; using its default");
 }
 
 } // namespace
@@ -45,6 +48,7 @@ AppSettings::AppSettings(SettingsStore& store, std::function<QStringList()> pref
     captureShowClicks_ = loadBool(QStringLiteral("captureShowClicks"), captureShowClicks_);
     timerSound_ = loadBool(QStringLiteral("timerSound"), timerSound_);
     focusShortcutOn_ = loadString(QStringLiteral("focusShortcutOn"), focusShortcutOn_);
+    calendarSources_ = loadString(QStringLiteral("calendarSources"), calendarSources_);
     focusShortcutOff_ = loadString(QStringLiteral("focusShortcutOff"), focusShortcutOff_);
     lastTimerMinutes_ = loadDouble(QStringLiteral("lastTimerMinutes"), lastTimerMinutes_);
     autoUpdate_ = loadBool(QStringLiteral("autoUpdate"), autoUpdate_);
@@ -226,6 +230,12 @@ void AppSettings::setCaptureShowClicks(bool value)
 void AppSettings::setTimerSound(bool value)
 {
     assign(timerSound_, value, &AppSettings::timerSoundChanged, QStringLiteral("timerSound"));
+}
+
+void AppSettings::setCalendarSources(const QString& value)
+{
+    assign(calendarSources_, value, &AppSettings::calendarSourcesChanged,
+           QStringLiteral("calendarSources"));
 }
 
 void AppSettings::setFocusShortcutOn(const QString& value)
@@ -424,10 +434,8 @@ Enum AppSettings::loadExactEnum(const QString& key, Enum fallback, Enum onlyChoi
 
 void AppSettings::logRejected(const QString& key, const QString& raw) const
 {
-    logLine(QStringLiteral("setting \"%1\" has no choice \"%2\"; keeping the default or current "
-                           "value")
-                .arg(key, raw)
-                .toStdString());
+    logLine("setting \"" + key.toStdString() + "\" has no choice \"" +
+            excerptForLog(raw.toStdString(), 80) + "\"; keeping the default or current value");
 }
 
 } // namespace navro

@@ -71,6 +71,9 @@ class AppSettings : public QObject {
     Q_PROPERTY(double hoverDelay READ hoverDelay WRITE setHoverDelay NOTIFY hoverDelayChanged)
     Q_PROPERTY(QString language READ languageRaw WRITE setLanguageRaw NOTIFY languageChanged)
     Q_PROPERTY(bool isArabic READ isArabic NOTIFY isArabicChanged)
+    // The user's calendars as a JSON array (read and written by the calendar service).
+    Q_PROPERTY(QString calendarSources READ calendarSources WRITE setCalendarSources NOTIFY
+                   calendarSourcesChanged)
 
 public:
     // preferredLanguages: the system's ordered list of preferred interface languages (BCP 47
@@ -157,6 +160,9 @@ public:
     // first preferred language is an Arabic one.
     bool isArabic() const;
 
+    QString calendarSources() const { return calendarSources_; }
+    void setCalendarSources(const QString& value);
+
 signals:
     void hasCompletedOnboardingChanged();
     void prayerCityIDChanged();
@@ -189,6 +195,7 @@ signals:
     void hoverDelayChanged();
     void languageChanged();
     void isArabicChanged();
+    void calendarSourcesChanged();
     // One merged notification, sent after the changed property's own signal.
     void settingsChanged();
 
@@ -256,6 +263,7 @@ private:
     OpenMode openMode_ = OpenMode::hover;
     double hoverDelay_ = 0.15;
     AppLanguage language_ = AppLanguage::system;
+    QString calendarSources_ = QStringLiteral("[]");
 };
 
 } // namespace navro

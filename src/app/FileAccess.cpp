@@ -200,17 +200,32 @@ std::optional<FileError> makePrivateFolder(const std::filesystem::path& folder)
     return std::nullopt;
 }
 
-std::filesystem::path dataFolder()
+namespace {
+
+// An XDG base folder: the variable's value, or `fallback` under the home folder. By the XDG base
+// directory rules a relative value is invalid and ignored.
+std::filesystem::path baseFolder(const char* variable, const char* fallback)
 {
-    // The XDG base directory rules: a relative value is invalid and ignored.
-    if (const char* dataHome = std::getenv("XDG_DATA_HOME"); dataHome && dataHome[0] == '/')
-        return std::filesystem::path(dataHome) / "Navro";
+    if (const char* value = std::getenv(variable); value && value[0] == '/')
+        return value;
     const char* home = std::getenv("HOME");
     if (!home || home[0] != '/') {
         const struct passwd* user = ::getpwuid(::getuid());
         home = user && user->pw_dir ? user->pw_dir : "/tmp";
     }
-    return std::filesystem::path(home) / ".local/share/Navro";
+    return std::filesystem::path(home) / fallback;
+}
+
+} // namespace
+
+std::filesystem::path dataFolder()
+{
+    return baseFolder("XDG_DATA_HOME", ".local/share") / "Navro";
+}
+
+std::filesystem::path configHome()
+{
+    return baseFolder("XDG_CONFIG_HOME", ".config");
 }
 
 } // namespace navro

@@ -48,4 +48,8 @@ std::optional<FileError> makePrivateFolder(const std::filesystem::path& folder);
 // path; makePrivateFolder creates it when a store first writes.
 std::filesystem::path dataFolder();
 
+// The user's configuration folder: $XDG_CONFIG_HOME, else ~/.config (the settings file and the
+// autostart entries live there).
+std::filesystem::path configHome();
+
 } // namespace navro

@@ -13,12 +13,16 @@ public:
     virtual ~HotKey() = default;
 };
 
+struct HotKeyGrab {
+    std::unique_ptr<HotKey> hotKey; // the shortcut is ours while it lives
+    // Without a hot key: another program holds the combination, which the user can change. The
+    // other reasons (a display server without global shortcuts, a key the keyboard cannot type)
+    // are for good.
+    bool takenByAnother = false;
+};
+
 // Registers `key` (a letter or digit) with `modifiers` (any of Control, Alt, Shift, Meta).
-// Returns nullptr when the shortcut cannot be had: a display server without global shortcuts,
-// a key the keyboard cannot type, or another program already holding the combination. That is
-// not an error worth telling anyone about, so nothing is logged.
-// Defined by the platform library.
-std::unique_ptr<HotKey> makeHotKey(Qt::Key key, Qt::KeyboardModifiers modifiers,
-                                   std::function<void()> action);
+// Nothing is logged: the caller knows what the shortcut is for. Defined by the platform library.
+HotKeyGrab makeHotKey(Qt::Key key, Qt::KeyboardModifiers modifiers, std::function<void()> action);
 
 } // namespace navro

@@ -47,6 +47,8 @@ std::string_view rawValue(SettingsPage page)
         return "general";
     case SettingsPage::prayer:
         return "prayer";
+    case SettingsPage::calendars:
+        return "calendars";
     case SettingsPage::about:
         return "about";
     }
@@ -99,6 +101,8 @@ BilingualText title(SettingsPage page)
         return {"General", "عام"};
     case SettingsPage::prayer:
         return {"Prayer", "الصلاة"};
+    case SettingsPage::calendars:
+        return {"Calendars", "التقويمات"};
     case SettingsPage::about:
         return {"About", "حول"};
     }

@@ -12,14 +12,14 @@ namespace navro {
 enum class AppLanguage { system, english, arabic };
 enum class AppTheme { system, dark, light };
 enum class OpenMode { hover, click };
-enum class SettingsPage { general, prayer, about };
+enum class SettingsPage { general, prayer, calendars, about };
 
 inline constexpr std::array allAppLanguages{AppLanguage::system, AppLanguage::english,
                                             AppLanguage::arabic};
 inline constexpr std::array allAppThemes{AppTheme::system, AppTheme::dark, AppTheme::light};
 inline constexpr std::array allOpenModes{OpenMode::hover, OpenMode::click};
 inline constexpr std::array allSettingsPages{SettingsPage::general, SettingsPage::prayer,
-                                             SettingsPage::about};
+                                             SettingsPage::calendars, SettingsPage::about};
 
 std::string_view rawValue(AppLanguage language);
 std::string_view rawValue(AppTheme theme);

@@ -14,18 +14,26 @@ public:
 
     static StoreRead found(T value) { return StoreRead(State::value, std::move(value)); }
     static StoreRead missing() { return StoreRead(State::missing, T{}); }
-    static StoreRead wrongType() { return StoreRead(State::wrongType, T{}); }
+    // `stored`: what the store holds instead, as text, when it can tell.
+    static StoreRead wrongType(QString stored = {})
+    {
+        StoreRead read(State::wrongType, T{});
+        read.stored_ = std::move(stored);
+        return read;
+    }
 
     State state() const { return state_; }
     bool hasValue() const { return state_ == State::value; }
     const T& value() const { return value_; }
     T valueOr(T fallback) const { return hasValue() ? value_ : std::move(fallback); }
+    const QString& stored() const { return stored_; }
 
 private:
     StoreRead(State state, T value) : state_(state), value_(std::move(value)) {}
 
     State state_;
     T value_;
+    QString stored_;
 };
 
 // The per-user key-value store behind the settings: typed reads that tell a missing key and a

@@ -395,6 +395,29 @@ void NotesStore::refreshList()
                            [this] { refreshList(); });
 }
 
+QVariantList NotesStore::dueToday() const
+{
+    const WallTime now = clock_.now();
+    LocalDateTime tomorrow = calendar().localDateTime(now);
+    tomorrow.day += 1;
+    tomorrow.hour = 0;
+    tomorrow.minute = 0;
+    const auto midnight = calendar().instantOf(tomorrow);
+    std::vector<const Todo*> due;
+    for (const Todo& todo : todos_)
+        if (!todo.done && todo.due && midnight && *todo.due < *midnight)
+            due.push_back(&todo);
+    std::stable_sort(due.begin(), due.end(),
+                     [](const Todo* a, const Todo* b) { return *a->due < *b->due; });
+    QVariantList list;
+    for (const Todo* todo : due)
+        list.append(QVariantMap{{"id", toQString(todo->id)},
+                                {"text", toQString(todo->text)},
+                                {"due", toDateTime(*todo->due)},
+                                {"overdue", *todo->due < now}});
+    return list;
+}
+
 void NotesStore::watchList()
 {
     ++listWatchers_;

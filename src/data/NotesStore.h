@@ -86,6 +86,9 @@ public:
     Q_INVOKABLE QVariantList priorities() const;
     // [{title, due}] offered now, in menu order.
     Q_INVOKABLE QVariantList duePresets() const;
+    // The open to-dos due before the end of today on the wall clock (the overdue ones included),
+    // soonest first: [{id, text, due, overdue}].
+    Q_INVOKABLE QVariantList dueToday() const;
     // The language is an argument here so that a view's binding follows it.
     Q_INVOKABLE QString priorityTitle(int priority, bool arabic) const;
     Q_INVOKABLE QString deadlineLabel(const QDateTime& due, bool arabic) const;

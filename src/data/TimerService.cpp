@@ -54,9 +54,16 @@ TimerService::TimerService(AppSettings& settings, Clock& clock, SleepPreventer& 
 {
     connect(&settings_, &AppSettings::timerKeepAwakeChanged, this, &TimerService::updateKeepAwake);
     connect(&settings_, &AppSettings::isArabicChanged, this, &TimerService::countdownChanged);
+    connect(&settings_, &AppSettings::lastTimerMinutesChanged, this,
+            &TimerService::lastMinutesChanged);
 }
 
 TimerService::~TimerService() = default;
+
+double TimerService::lastMinutes() const
+{
+    return lastMinutes_.use(settings_.lastTimerMinutes());
+}
 
 QString TimerService::stateRaw() const
 {

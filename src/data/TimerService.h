@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/Clock.h"
+#include "app/SettingRange.h"
 #include "data/TimerPhase.h"
 
 #include <QObject>
@@ -37,6 +38,8 @@ class TimerService : public QObject {
     Q_PROPERTY(double remaining READ shownRemaining NOTIFY countdownChanged)
     Q_PROPERTY(double progress READ shownProgress NOTIFY countdownChanged)
     Q_PROPERTY(QString clockText READ clockText NOTIFY countdownChanged)
+    // The length the Timer tab offers first: the last one used, when it is one a timer can have.
+    Q_PROPERTY(double lastMinutes READ lastMinutes NOTIFY lastMinutesChanged)
     // The focus actions offered in the settings, by name (see loadShortcuts).
     Q_PROPERTY(QStringList shortcuts READ shortcuts NOTIFY shortcutsChanged)
     Q_PROPERTY(QString shortcutsFolder READ shortcutsFolder CONSTANT)
@@ -58,6 +61,7 @@ public:
     double shownRemaining() const { return shownRemaining_; }
     double shownProgress() const { return shownProgress_; }
     QString clockText() const;
+    double lastMinutes() const;
     QStringList shortcuts() const { return shortcuts_; }
     QString shortcutsFolder() const;
 
@@ -88,6 +92,7 @@ signals:
     // Any change of the phase or of isFocus (start, pause, resume, +1 min, end).
     void stateChanged();
     void countdownChanged();
+    void lastMinutesChanged();
     void shortcutsChanged();
 
 private:
@@ -115,6 +120,8 @@ private:
     double shownProgress_ = 0;
     QStringList shortcuts_;
     int shortcutsLoads_ = 0;
+    // Reading it bounds it; what it reports is remembered so that it is said once.
+    mutable BoundedSetting lastMinutes_{lastTimerMinutesRange};
 };
 
 } // namespace navro

@@ -19,9 +19,18 @@ std::optional<ScreenDescription> preferredScreen(const std::vector<ScreenDescrip
     return std::nullopt;
 }
 
+NotchSize openNotchSizeFor(int screenWidth, int screenHeight)
+{
+    const int margin = openNotchScreenMargin;
+    return {std::clamp(screenWidth - 2 * margin, 0, openNotchSize.width),
+            std::clamp(screenHeight - margin, 0, openNotchSize.height)};
+}
+
 NotchGeometry geometryFor(const ScreenDescription& screen)
 {
-    NotchGeometry geometry{screen.name, screen.x, screen.y, screen.width, screen.height, false, {}};
+    NotchGeometry geometry{
+        screen.name,   screen.x, screen.y, screen.width,
+        screen.height, false,    {},       openNotchSizeFor(screen.width, screen.height)};
     if (screen.safeAreaTopInset > 0 && screen.auxiliaryTopLeftWidth &&
         screen.auxiliaryTopRightWidth) {
         geometry.hasPhysicalNotch = true;

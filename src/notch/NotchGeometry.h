@@ -26,17 +26,24 @@ struct NotchSize {
     bool operator==(const NotchSize&) const = default;
 };
 
-// The open notch is the same on every screen; only the closed one follows the hardware.
+// The open notch is the same on every screen with room for it; only the closed one follows the
+// hardware. A screen narrower than that (or lower) gets an open notch that fits inside it with a
+// margin on each side, room for the curves the views draw out from its top corners, and its
+// content reflows.
 inline constexpr NotchSize openNotchSize{688, 260};
+inline constexpr int openNotchScreenMargin = 16;
 
 struct NotchGeometry {
     std::string screenName;
     int screenX = 0, screenY = 0, screenWidth = 0, screenHeight = 0;
     bool hasPhysicalNotch = false;
     NotchSize closedSize;
+    NotchSize openSize = openNotchSize;
 
     bool operator==(const NotchGeometry&) const = default;
 };
+
+NotchSize openNotchSizeFor(int screenWidth, int screenHeight);
 
 // The first screen with a camera housing, else the main screen, else the first; none if empty.
 std::optional<ScreenDescription> preferredScreen(const std::vector<ScreenDescription>& screens);

@@ -29,6 +29,9 @@ void NotchPanel::place(QScreen* screen, const QRect& frame)
 {
     if (screen && screen != this->screen())
         setScreen(screen);
+    // Fixed at the frame's size: nobody but the layout resizes this window.
+    setMinimumSize(frame.size());
+    setMaximumSize(frame.size());
     setGeometry(frame);
 }
 

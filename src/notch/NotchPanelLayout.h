@@ -7,17 +7,18 @@
 
 namespace navro {
 
-// The notch window's frame on a screen. The window never changes size: it is always large enough
-// for the open notch plus room for its shadow, so opening and closing only redraw inside it and
-// never move or resize a window (which would flicker under a compositor).
+// The notch window's frame on a screen. The window keeps its size while the notch opens and
+// closes: it is always large enough for the open notch plus room for its shadow, so opening and
+// closing only redraw inside it and never move or resize a window (which would flicker under a
+// compositor).
 namespace notchMetrics {
 inline constexpr int shadowPadding = 20;
-inline constexpr QSize openSize{openNotchSize.width, openNotchSize.height};
-inline constexpr QSize panelSize{openSize.width() + 2 * shadowPadding,
-                                 openSize.height() + shadowPadding};
+inline constexpr QSize panelSize{openNotchSize.width + 2 * shadowPadding,
+                                 openNotchSize.height + shadowPadding};
 } // namespace notchMetrics
 
-// Top edge on the screen's top edge, centred horizontally, in global coordinates.
+// Top edge on the screen's top edge, centred horizontally, in global coordinates; never wider than
+// the screen (the shadow gives way first).
 QRect notchPanelFrame(const NotchGeometry& geometry);
 
 // The part of a global rectangle (the drawn notch) that lies in the window, in the window's

@@ -12,8 +12,6 @@
 namespace navro {
 namespace {
 
-constexpr double fallbackHoverDelay = 0.15;
-
 // How far the closed notch grows on each side to make room for an activity's leading and
 // trailing content: texts need more than a symbol or the music bars.
 int activitySideWidth(ClosedActivity::Kind kind)
@@ -162,8 +160,9 @@ QRect NotchViewModel::closedRect() const
 
 QRect NotchViewModel::openRect() const
 {
-    return {geometry_.screenX + (geometry_.screenWidth - openNotchSize.width) / 2,
-            geometry_.screenY, openNotchSize.width, openNotchSize.height};
+    const NotchSize size = geometry_.openSize;
+    return {geometry_.screenX + (geometry_.screenWidth - size.width) / 2, geometry_.screenY,
+            size.width, size.height};
 }
 
 QRect NotchViewModel::hotZoneRect() const
@@ -241,13 +240,7 @@ void NotchViewModel::openSettings()
 
 void NotchViewModel::scheduleOpen()
 {
-    double delay = settings_.hoverDelay();
-    if (!std::isfinite(delay) || delay < 0) {
-        logLine("hoverDelay " + std::to_string(delay) + " is not a usable wait; using 0.15 s");
-        delay = fallbackHoverDelay;
-    }
-    // A wait longer than a minute is no hover any more; it also keeps the conversion in range.
-    delay = std::min(delay, 60.0);
+    const double delay = hoverDelay_.use(settings_.hoverDelay());
     openTask_->schedule(seconds(delay), [this] {
         if (pointerIsInHotZone())
             open(true, false);

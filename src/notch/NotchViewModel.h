@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/Clock.h"
+#include "app/SettingRange.h"
 #include "notch/ClosedActivity.h"
 #include "notch/NotchGeometry.h"
 #include "notch/NotchTab.h"
@@ -153,6 +154,7 @@ private:
     QVariantMap themeWave_;
     bool openedByHover_ = false;
     const NotchPointerQuery* pointer_ = nullptr;
+    BoundedSetting hoverDelay_{hoverDelayRange};
     std::unique_ptr<TaskSlot> openTask_;
     std::unique_ptr<TaskSlot> closeTask_;
     QMetaObject::Connection mirrorConnection_;

@@ -23,7 +23,14 @@ Item {
     function minutesText(minutes) {
         if (minutes <= 0)
             return arabic ? "الآن" : "now";
-        return arabic ? "بعد " + Format.number(minutes) + " د" : "in " + Format.number(minutes) + " min";
+        if (!arabic)
+            return "in " + Format.number(minutes) + " min";
+        // Arabic counts: one and two have words of their own, 3–10 take the plural.
+        if (minutes === 1)
+            return "بعد دقيقة";
+        if (minutes === 2)
+            return "بعد دقيقتين";
+        return "بعد " + Format.number(minutes) + (minutes <= 10 ? " دقائق" : " دقيقة");
     }
 
     Item {
@@ -268,13 +275,12 @@ Item {
     Component {
         id: musicTrailing
         Item {
-            AudioBarsView {
+            EqualizerBars {
                 anchors.verticalCenter: parent.verticalCenter
                 anchors.right: parent.right
                 height: Theme.closedIconSize
-                levels: typeof audioBars !== "undefined" ? audioBars.levels : []
-                playing: typeof nowPlaying !== "undefined" && nowPlaying.isPlaying
-                tint: Theme.music
+                isPlaying: typeof nowPlaying !== "undefined" && nowPlaying.isPlaying
+                color: Theme.music
             }
         }
     }

@@ -69,7 +69,11 @@ var files = {
     "macwindow": "app-window",
     "rectangle.dashed": "square-dashed",
     "doc.on.doc": "copy",
-    "stop.fill": "square"
+    "stop.fill": "square",
+    "speaker.fill": "volume",
+    "speaker.wave.1.fill": "volume-1",
+    "speaker.wave.3.fill": "volume-2",
+    "speaker.slash.fill": "volume-x"
 };
 
 function fileFor(symbol) {

@@ -92,8 +92,9 @@ Item {
         OpenNotchView {
             anchors.horizontalCenter: parent.horizontalCenter
             anchors.top: parent.top
-            width: Theme.openWidth
-            height: Theme.openHeight
+            // Narrower on a small screen: the tabs and their content reflow.
+            width: notch.openRect.width
+            height: notch.openRect.height
             opacity: root.isOpen ? 1 : 0
             visible: opacity > 0
             enabled: root.isOpen

@@ -140,11 +140,22 @@ FocusScope {
             }
         }
 
+        // The sound as it plays, at the trailing end of the track's line.
+        EqualizerBars {
+            id: tabBars
+            objectName: "musicTabBars"
+            anchors { right: parent.right; top: cover.top; topMargin: 4 }
+            height: 18
+            count: 6
+            isPlaying: nowPlaying.isPlaying
+            color: tab.tint
+        }
+
         Column {
             id: details
             anchors {
                 left: cover.right; leftMargin: 20
-                right: parent.right
+                right: tabBars.left; rightMargin: 12
                 top: cover.top
             }
             spacing: 2
@@ -324,6 +335,13 @@ FocusScope {
                 toolTip: tab.arabic ? "التالي" : "Next"
                 onClicked: nowPlaying.nextTrack()
             }
+        }
+
+        // The system volume on the other side of the controls.
+        VolumeControl {
+            anchors { right: progress.right; verticalCenter: controls.verticalCenter }
+            tint: tab.tint
+            sliderWidth: Math.max(60, player.room - 36)
         }
 
         // The player, beside the controls: a click (or Space) brings it forward.

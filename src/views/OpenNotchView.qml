@@ -110,12 +110,15 @@ Item {
     // Tabs with views of their own, by tab id (e.g. "notes": "NotesTab.qml"). A tab that is not
     // listed shows its symbol and title.
     readonly property var tabViews: ({
+        "home": "HomeTab.qml",
         "nowPlaying": "NowPlayingTab.qml",
+        "calendar": "CalendarTab.qml",
         "timer": "TimerTab.qml",
         "notes": "NotesTab.qml",
         "clipboard": "ClipboardTab.qml",
         "shelf": "ShelfTab.qml",
-        "capture": "CaptureTab.qml"
+        "capture": "CaptureTab.qml",
+        "devices": "DevicesTab.qml"
     })
 
     Component {

@@ -3,7 +3,7 @@ import QtQuick.Controls
 import QtQuick.Layouts
 import QtQuick.Window
 
-// The settings window: General, Prayer and About pages, chosen by settings.settingsPage.
+// The settings window: General, Prayer, Calendars and About pages, chosen by settings.settingsPage.
 Window {
     id: window
     readonly property bool arabic: settings.isArabic
@@ -33,6 +33,7 @@ Window {
                     model: [
                         { "page": "general", "symbol": "gearshape", "title": ["General", "عام"] },
                         { "page": "prayer", "symbol": "moon", "title": ["Prayer", "الصلاة"] },
+                        { "page": "calendars", "symbol": "calendar", "title": ["Calendars", "التقويمات"] },
                         { "page": "about", "symbol": "info.circle", "title": ["About", "حول"] }
                     ]
                     delegate: Pressable {
@@ -81,10 +82,17 @@ Window {
             color: Theme.separator
         }
 
+        SettingsNotices {
+            id: noticeArea
+            anchors { left: sidebar.right; right: parent.right; top: parent.top; margins: visible ? Theme.windowPadding : 0 }
+            height: visible ? implicitHeight : 0
+        }
+
         Loader {
             id: page
-            anchors { left: sidebar.right; leftMargin: 1; right: parent.right; top: parent.top; bottom: parent.bottom }
+            anchors { left: sidebar.right; leftMargin: 1; right: parent.right; top: noticeArea.bottom; bottom: parent.bottom }
             source: settings.settingsPage === "prayer" ? "PrayerPage.qml"
+                    : settings.settingsPage === "calendars" ? "CalendarsPage.qml"
                     : settings.settingsPage === "about" ? "AboutPage.qml" : "GeneralPage.qml"
         }
     }

@@ -11,11 +11,8 @@ Item {
     readonly property string phase: timerService.state
     readonly property var presets: [1, 5, 10, 15, 25, 45, 60, 90]
 
-    // The last length used is chosen again; a stored value out of range falls back to 25.
-    property real minutes: {
-        var last = settings.lastTimerMinutes;
-        return last > 0 && last <= 1440 ? last : 25;
-    }
+    // The last length used is chosen again (the service bounds what was stored).
+    property real minutes: timerService.lastMinutes
     property bool customChosen: presets.indexOf(minutes) < 0
     property bool focusSession: false
 

@@ -65,6 +65,7 @@ TEST(AppSettingsFreshInstall, YieldsTheDefaultOfEveryPropertyAndWritesNothing)
         {"hoverDelay", 0.15},
         {"language", "system"},
         {"isArabic", false},
+        {"calendarSources", "[]"},
     };
     const QMetaObject& meta = *settings.metaObject();
     for (int i = meta.propertyOffset(); i < meta.propertyCount(); ++i) {

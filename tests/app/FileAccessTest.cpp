@@ -6,6 +6,7 @@
 
 #include <cstdlib>
 #include <fstream>
+#include <functional>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -157,19 +158,31 @@ TEST_F(FileAccessTest, PrivateFoldersAreCreatedWithTheirParentsAndMadePrivate)
     EXPECT_TRUE(makePrivateFolder(folder_ / "plain").has_value());
 }
 
-TEST_F(FileAccessTest, TheDataFolderFollowsXdgDataHome)
+TEST_F(FileAccessTest, TheDataAndConfigFoldersFollowTheirXdgVariables)
 {
-    const char* saved = std::getenv("XDG_DATA_HOME");
-    const std::string restore = saved ? saved : "";
-    ::setenv("XDG_DATA_HOME", "/srv/data", 1);
-    EXPECT_EQ(dataFolder(), fs::path("/srv/data/Navro"));
-    // A relative value is not a valid base directory.
-    ::setenv("XDG_DATA_HOME", "relative", 1);
-    EXPECT_EQ(dataFolder(), fs::path(std::getenv("HOME")) / ".local/share/Navro");
-    if (saved)
-        ::setenv("XDG_DATA_HOME", restore.c_str(), 1);
-    else
-        ::unsetenv("XDG_DATA_HOME");
+    struct Case {
+        const char* variable;
+        std::function<fs::path()> folder;
+        fs::path fromVariable; // with the variable at /srv/base
+        fs::path underHome;
+    };
+    const std::vector<Case> cases{
+        {"XDG_DATA_HOME", dataFolder, "/srv/base/Navro", ".local/share/Navro"},
+        {"XDG_CONFIG_HOME", configHome, "/srv/base", ".config"},
+    };
+    for (const auto& c : cases) {
+        const char* saved = std::getenv(c.variable);
+        const std::string restore = saved ? saved : "";
+        ::setenv(c.variable, "/srv/base", 1);
+        EXPECT_EQ(c.folder(), c.fromVariable) << c.variable;
+        // A relative value is not a valid base directory.
+        ::setenv(c.variable, "relative", 1);
+        EXPECT_EQ(c.folder(), fs::path(std::getenv("HOME")) / c.underHome) << c.variable;
+        if (saved)
+            ::setenv(c.variable, restore.c_str(), 1);
+        else
+            ::unsetenv(c.variable);
+    }
 }
 
 TEST(SafeStorageName, KeepsTheExtensionAndUsesWholeSeconds)

@@ -91,6 +91,28 @@ TEST(TimerService, RefusesLengthsOutsideADay)
     EXPECT_TRUE(f.service->start(1440, false)) << "a whole day is the longest";
 }
 
+TEST(TimerService, OffersTheLastLengthWhenATimerCanHaveIt)
+{
+    Fixture f;
+    int offers = 0;
+    QObject::connect(f.service.get(), &TimerService::lastMinutesChanged, [&] { ++offers; });
+    ASSERT_TRUE(f.service->start(5, false));
+    EXPECT_EQ(f.service->lastMinutes(), 5);
+    EXPECT_EQ(offers, 1);
+
+    // A stored length no timer can have (a hand-edited file, say) offers the default instead,
+    // and says so once however often it is read.
+    CapturingLogSink log;
+    f.settings.setLastTimerMinutes(1e308);
+    EXPECT_EQ(f.service->lastMinutes(), 25);
+    EXPECT_EQ(f.service->lastMinutes(), 25);
+    EXPECT_EQ(f.settings.lastTimerMinutes(), 1e308) << "the settings keep what they were given";
+    ASSERT_EQ(log.lines.size(), 1u);
+    EXPECT_NE(log.lines[0].find("\"lastTimerMinutes\" is 1e+308"), std::string::npos)
+        << log.lines[0];
+    EXPECT_EQ(offers, 2);
+}
+
 TEST(TimerService, AnHourShowsHoursThenDropsToMinutes)
 {
     Fixture f;

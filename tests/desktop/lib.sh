@@ -53,9 +53,10 @@ desktop_spawn() {
 }
 
 # desktop_wait_exit PID SECONDS: waits for a spawned process to end and sets DESKTOP_EXIT_STATUS;
-# returns 1 if it is still running after SECONDS.
+# returns 1 (and leaves DESKTOP_EXIT_STATUS unset) if it is still running after SECONDS.
 desktop_wait_exit() {
     local pid=$1 seconds=$2
+    unset DESKTOP_EXIT_STATUS
     wait_until "$seconds" "process $pid to exit" eval '! desktop_is_running '"$pid" || return 1
     DESKTOP_EXIT_STATUS=0
     wait "$pid" 2>/dev/null || DESKTOP_EXIT_STATUS=$?
@@ -71,7 +72,8 @@ desktop_forget() {
     done
 }
 
-# desktop_stop PID: SIGTERM, and SIGKILL if it is still there after a few seconds.
+# desktop_stop PID: SIGTERM, and SIGKILL if it is still there after a few seconds. Sets
+# DESKTOP_EXIT_STATUS, also for a process that had already ended.
 desktop_stop() {
     local pid=$1
     if desktop_is_running "$pid"; then
@@ -81,7 +83,8 @@ desktop_stop() {
             desktop_wait_exit "$pid" 5
         fi
     else
-        wait "$pid" 2>/dev/null
+        DESKTOP_EXIT_STATUS=0
+        wait "$pid" 2>/dev/null || DESKTOP_EXIT_STATUS=$?
     fi
     desktop_forget "$pid"
 }
@@ -143,9 +146,7 @@ desktop_start() {
 
     # The bus gets HOME and DISPLAY first: services it starts inherit them.
     : >"$DESKTOP_DIR/bus-address"
-    desktop_spawn dbus dbus-daemon --session --nofork --nopidfile \
-        --address="unix:path=$DESKTOP_DIR/runtime/bus" --print-address=3 3>"$DESKTOP_DIR/bus-address"
-    wait_until 10 "the session bus" grep -q . "$DESKTOP_DIR/bus-address" || return 1
+    desktop_start_bus || return 1
     export DBUS_SESSION_BUS_ADDRESS
     DBUS_SESSION_BUS_ADDRESS=$(head -n1 "$DESKTOP_DIR/bus-address")
 
@@ -161,6 +162,23 @@ desktop_start() {
         wait_until 10 "the tray host" desktop_has_selection_owner _NET_SYSTEM_TRAY_S0 || return 1
     fi
     desktop_say "desktop $DISPLAY ready in $DESKTOP_DIR"
+}
+
+# desktop_start_bus: the session bus at its fixed socket; its pid is in DESKTOP_BUS_PID.
+desktop_start_bus() {
+    : >"$DESKTOP_DIR/bus-address"
+    desktop_spawn dbus dbus-daemon --session --nofork --nopidfile \
+        --address="unix:path=$DESKTOP_DIR/runtime/bus" --print-address=3 3>"$DESKTOP_DIR/bus-address"
+    DESKTOP_BUS_PID=$DESKTOP_LAST_PID
+    wait_until 10 "the session bus" grep -q . "$DESKTOP_DIR/bus-address"
+}
+
+# desktop_restart_bus: the session bus stops and a new one starts at the same socket, as after a
+# crash of the session's bus; programs started afterwards get its address (with its new guid).
+desktop_restart_bus() {
+    desktop_stop "$DESKTOP_BUS_PID"
+    desktop_start_bus || return 1
+    DBUS_SESSION_BUS_ADDRESS=$(head -n1 "$DESKTOP_DIR/bus-address")
 }
 
 desktop_wm_ready() {
@@ -208,6 +226,17 @@ timer_field_is() {
 # plays).
 now_playing_field_is() {
     [ "$(navro_field "$1" NowPlaying)" = "$2" ]
+}
+
+# navro_owns_name: io.navro.Navro has an owner on the session bus.
+navro_owns_name() {
+    gdbus call --session --dest org.freedesktop.DBus --object-path /org/freedesktop/DBus \
+        --method org.freedesktop.DBus.GetNameOwner io.navro.Navro >/dev/null 2>&1
+}
+
+# longest_line FILE: the length in bytes of the file's longest line.
+longest_line() {
+    LC_ALL=C awk '{ if (length($0) > n) n = length($0) } END { print n + 0 }' "$1"
 }
 
 navro_call() {
@@ -585,4 +614,36 @@ desktop_bus_call() {
     shift
     gdbus call --session --dest org.freedesktop.DBus --object-path /org/freedesktop/DBus \
         --method "org.freedesktop.DBus.$method" "$@" 2>/dev/null
+}
+
+# --- Sound outputs -----------------------------------------------------------------------------
+
+# desktop_add_sink NAME DESCRIPTION: another null sink on the test sound server.
+desktop_add_sink() {
+    pactl load-module module-null-sink sink_name="$1" rate=48000 channels=2 \
+        "sink_properties=\"device.description='$2'\"" >/dev/null
+}
+
+# recording_source NAME: the source that the record stream with media name NAME reads (one line
+# per such stream; nothing when there is none).
+recording_source() {
+    pactl -f json list source-outputs 2>/dev/null | /usr/bin/python3 -c '
+import json, subprocess, sys
+streams = json.load(sys.stdin)
+sources = {str(s["index"]): s["name"] for s in json.loads(subprocess.run(
+    ["pactl", "-f", "json", "list", "sources"], capture_output=True, text=True).stdout or "[]")}
+for stream in streams:
+    if stream.get("properties", {}).get("media.name") == sys.argv[1]:
+        print(sources.get(str(stream.get("source")), "?"))
+' "$1"
+}
+
+# volume_field_is NAME VALUE: a field of the Volume property; numbers within 0.01.
+volume_field_is() {
+    local actual
+    actual=$(navro_field "$1" Volume)
+    case $2 in
+    [0-9]*) awk -v a="$actual" -v b="$2" 'BEGIN { d = a - b; exit !(a != "" && d < 0.01 && d > -0.01) }' ;;
+    *) [ "$actual" = "$2" ] ;;
+    esac
 }

@@ -1,4 +1,5 @@
-// The compiled time-zone files read from $TZDIR or /usr/share/zoneinfo.
+// The compiled time-zone files read from $TZDIR or /usr/share/zoneinfo, and the zone rules that
+// the TZ variable and those files' footers hold.
 #include "prayer/SystemZone.h"
 
 #include <cstddef>
@@ -16,5 +17,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         for (UDate at : {-1e13, 0.0, 1.7e12, 4e12})
             zone->getOffset(at, false, raw, dst, status);
     }
+    navro::isPosixZoneRule(bytes);
     return 0;
 }

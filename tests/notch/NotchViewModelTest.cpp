@@ -6,7 +6,9 @@
 #include "app/Log.h"
 #include "notch/ActivityCenter.h"
 
+#include <cmath>
 #include <gtest/gtest.h>
+#include <limits>
 
 namespace navro {
 namespace {
@@ -152,24 +154,34 @@ TEST_F(NotchViewModelTest, StepsAlongTheTabBarStopAtItsEnds)
     }
 }
 
-// The delay is read from the settings when the open is scheduled; an unusable one falls back to
-// 0.15 s with a log line.
+// The delay is read from the settings when the open is scheduled and bounded there: a value out
+// of range waits the nearer end of it, one that is no number the default 0.15 s, each with a log
+// line.
 TEST_F(NotchViewModelTest, AScheduledOpenWaitsTheHoverDelay)
 {
-    for (auto [setting, expected] : {std::pair{0.15, 150ms}, {0.5, 500ms}, {-3.0, 150ms}}) {
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    for (auto [setting, expected] : {std::pair{0.15, 150ms},
+                                     {0.5, 500ms},
+                                     {10.0, 10s},
+                                     {1e308, 10s},
+                                     {nan, 150ms},
+                                     {-3.0, 0ms}}) {
         SCOPED_TRACE(setting);
         CapturingLogSink log;
         model.close();
         calls.clear();
         settings.setHoverDelay(setting);
         model.scheduleOpen();
-        clock.advance(expected - 1ms);
-        EXPECT_FALSE(model.isOpen());
-        clock.advance(1ms);
+        if (expected > 0ms) {
+            clock.advance(expected - 1ms);
+            EXPECT_FALSE(model.isOpen());
+        }
+        clock.advance(expected > 0ms ? 1ms : 0ms);
         EXPECT_TRUE(model.isOpen());
         EXPECT_TRUE(model.openedByHover());
         EXPECT_EQ(calls, (std::vector<StatusCall>{{NotchStatus::open, false}}));
-        EXPECT_EQ(log.contains("hoverDelay"), setting < 0);
+        const bool outside = std::isnan(setting) || setting < 0 || setting > 10;
+        EXPECT_EQ(log.contains("setting \"hoverDelay\""), outside);
     }
 }
 

@@ -10,11 +10,20 @@
 #include <QDBusPendingCall>
 #include <QDBusPendingCallWatcher>
 #include <QDBusVariant>
+#include <QFile>
+#include <QProcess>
 #include <QTemporaryDir>
+#include <QTimer>
+#include <cstring>
 #include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
 
 namespace navro {
 namespace {
+
+using namespace std::chrono_literals;
 
 class RecordingTarget final : public RemoteControl {
 public:
@@ -22,18 +31,28 @@ public:
     void close() override { calls << "close"; }
     void toggle() override { calls << "toggle"; }
     void showOnboarding() override { calls << "showOnboarding"; }
-    void openSettings(const QString& page) override { calls << "openSettings(" + page + ")"; }
-    bool openTab(const QString& tab) override
+    RemoteRefusal openSettings(const QString& page) override
+    {
+        calls << "openSettings(" + page + ")";
+        if (page == "nowhere")
+            return QString("no page \"nowhere\"; the pages are a, b");
+        return std::nullopt;
+    }
+    RemoteRefusal openTab(const QString& tab) override
     {
         calls << "openTab(" + tab + ")";
-        return tab == "clipboard" || tab == "prayer";
+        if (tab == "clipboard" || tab == "prayer")
+            return std::nullopt;
+        return "no tab \"" + tab + "\"; the tabs are clipboard, prayer";
     }
     RemoteState remoteState() const override { return state; }
     RemoteTimer remoteTimer() const override { return timer; }
-    bool startTimer(double minutes, bool focus) override
+    RemoteRefusal startTimer(double minutes, bool focus) override
     {
         calls << QString("startTimer(%1, %2)").arg(minutes).arg(focus);
-        return acceptsTimers;
+        if (!acceptsTimers)
+            return QString("no timer of that length");
+        return std::nullopt;
     }
     void stopTimer() override { calls << "stopTimer"; }
 
@@ -51,6 +70,13 @@ PrivateBus& bus()
 QDBusConnection connect()
 {
     return PrivateBus::connect();
+}
+
+// A connection to a bus of a test's own.
+QDBusConnection connect(const QString& address)
+{
+    static int connections = 0;
+    return QDBusConnection::connectToBus(address, QString("own-bus-%1").arg(++connections));
 }
 
 // A call answered by this very process must not block the loop that answers it.
@@ -128,7 +154,7 @@ protected:
 TEST_F(DBusRemoteControlTest, MethodsReachTheTargetFromAnotherConnection)
 {
     RecordingTarget target;
-    auto publisher = publishRemoteControl(connect(), target);
+    auto publisher = publishRemoteControl(bus().address(), target);
     ASSERT_NE(publisher, nullptr);
     QDBusConnection client = connect();
 
@@ -144,12 +170,20 @@ TEST_F(DBusRemoteControlTest, MethodsReachTheTargetFromAnotherConnection)
     const QDBusMessage wrong = callAndWait(client, method("Open", {QString("yes")}));
     EXPECT_EQ(wrong.type(), QDBusMessage::ErrorMessage) << "Open takes a boolean";
     EXPECT_EQ(target.calls.size(), 6);
+
+    // A name the target refuses is an error with its message, never a silent success.
+    const QDBusMessage refused = callAndWait(client, method("OpenSettings", {QString("nowhere")}));
+    EXPECT_EQ(refused.type(), QDBusMessage::ErrorMessage);
+    EXPECT_EQ(refused.errorName(), "org.freedesktop.DBus.Error.InvalidArgs");
+    EXPECT_EQ(refused.errorMessage(), "no page \"nowhere\"; the pages are a, b");
+    const QDBusMessage accepted = callAndWait(client, method("OpenSettings", {QString("general")}));
+    EXPECT_EQ(accepted.type(), QDBusMessage::ReplyMessage);
 }
 
 TEST_F(DBusRemoteControlTest, OpenTabRefusesATabTheTargetDoesNotKnowWithInvalidArgs)
 {
     RecordingTarget target;
-    auto publisher = publishRemoteControl(connect(), target);
+    auto publisher = publishRemoteControl(bus().address(), target);
     ASSERT_NE(publisher, nullptr);
     QDBusConnection client = connect();
 
@@ -176,7 +210,7 @@ TEST_F(DBusRemoteControlTest, StatePropertyMirrorsTheTargetAndIsReadOnly)
 {
     RecordingTarget target;
     target.state = {"open", "prayer", "timer", false, true, "arabic"};
-    auto publisher = publishRemoteControl(connect(), target);
+    auto publisher = publishRemoteControl(bus().address(), target);
     ASSERT_NE(publisher, nullptr);
     QDBusConnection client = connect();
 
@@ -198,7 +232,7 @@ TEST_F(DBusRemoteControlTest, StatePropertyMirrorsTheTargetAndIsReadOnly)
 TEST_F(DBusRemoteControlTest, PropertiesChangedOnlyForRealChanges)
 {
     RecordingTarget target;
-    auto publisher = publishRemoteControl(connect(), target);
+    auto publisher = publishRemoteControl(bus().address(), target);
     ASSERT_NE(publisher, nullptr);
     QDBusConnection client = connect();
     SignalRecorder recorder;
@@ -226,7 +260,7 @@ TEST_F(DBusRemoteControlTest, TimerIsReadableStartableAndStoppable)
 {
     RecordingTarget target;
     target.timer = {"paused", 90, 360, true};
-    auto publisher = publishRemoteControl(connect(), target);
+    auto publisher = publishRemoteControl(bus().address(), target);
     ASSERT_NE(publisher, nullptr);
     QDBusConnection client = connect();
 
@@ -244,6 +278,7 @@ TEST_F(DBusRemoteControlTest, TimerIsReadableStartableAndStoppable)
     const QDBusMessage refused = callAndWait(client, method("StartTimer", {0.0, false}));
     EXPECT_EQ(refused.type(), QDBusMessage::ErrorMessage);
     EXPECT_EQ(refused.errorName(), "org.freedesktop.DBus.Error.InvalidArgs");
+    EXPECT_EQ(refused.errorMessage(), "no timer of that length");
     EXPECT_EQ(callAndWait(client, method("StartTimer", {QString("5"), false})).type(),
               QDBusMessage::ErrorMessage)
         << "minutes are a number";
@@ -253,7 +288,7 @@ TEST_F(DBusRemoteControlTest, TimerIsReadableStartableAndStoppable)
 TEST_F(DBusRemoteControlTest, TimerChangesAreAnnouncedEachTime)
 {
     RecordingTarget target;
-    auto publisher = publishRemoteControl(connect(), target);
+    auto publisher = publishRemoteControl(bus().address(), target);
     ASSERT_NE(publisher, nullptr);
     QDBusConnection client = connect();
     SignalRecorder recorder;
@@ -278,29 +313,42 @@ TEST_F(DBusRemoteControlTest, TimerChangesAreAnnouncedEachTime)
 TEST_F(DBusRemoteControlTest, SecondLaunchHandsOverToTheFirstAndCannotTakeTheName)
 {
     QDBusConnection client = connect();
-    EXPECT_FALSE(handOverToRunningInstance(client)) << "nobody runs yet";
+    EXPECT_TRUE(handOverToRunningInstance(client, 0ms).has_value()) << "nobody runs yet";
 
     RecordingTarget first;
-    auto publisher = publishRemoteControl(connect(), first);
+    auto publisher = publishRemoteControl(bus().address(), first);
     ASSERT_NE(publisher, nullptr);
 
-    EXPECT_TRUE(handOverToRunningInstance(client));
+    EXPECT_EQ(handOverToRunningInstance(client, 0ms), std::nullopt);
     EXPECT_EQ(first.calls, QStringList{"open(1)"});
 
     CapturingLogSink log;
     RecordingTarget second;
-    DBusRemoteControl rival(connect(), second);
-    EXPECT_EQ(rival.outcome(), DBusRemoteControl::Outcome::nameTaken);
+    DBusRemoteControl rival(bus().address(), second);
+    EXPECT_EQ(rival.outcome(), DBusRemoteControl::Outcome::nameTaken)
+        << rival.failure().toStdString();
     EXPECT_TRUE(callAndWait(client, method("Toggle")).type() == QDBusMessage::ReplyMessage);
     EXPECT_EQ(first.calls.last(), "toggle");
     EXPECT_TRUE(second.calls.isEmpty());
-    EXPECT_TRUE(log.lines.empty()) << "the rival only reports; main() decides what to say";
+    EXPECT_TRUE(log.lines.empty()) << "the rival only reports; its owner decides what to say";
 
     publisher.reset();
     EXPECT_TRUE(waitFor([&] {
         return !client.interface()->isServiceRegistered(remoteServiceName).value();
     })) << "the name is released with the publisher";
-    EXPECT_FALSE(handOverToRunningInstance(client));
+    EXPECT_TRUE(handOverToRunningInstance(client, 0ms).has_value());
+}
+
+TEST_F(DBusRemoteControlTest, AHandOverWaitsForANavroThatIsStillStarting)
+{
+    QDBusConnection client = connect();
+    RecordingTarget first;
+    std::unique_ptr<RemoteControlPublisher> publisher;
+    // The first Navro takes its name a moment after the second launch began to look.
+    QTimer::singleShot(300ms, [&] { publisher = publishRemoteControl(bus().address(), first); });
+
+    EXPECT_EQ(handOverToRunningInstance(client, 10s), std::nullopt);
+    EXPECT_EQ(first.calls, QStringList{"open(1)"});
 }
 
 TEST_F(DBusRemoteControlTest, WithoutABusNavroRunsOnAfterOneLogLine)
@@ -310,10 +358,84 @@ TEST_F(DBusRemoteControlTest, WithoutABusNavroRunsOnAfterOneLogLine)
     RecordingTarget target;
     QDBusConnection nowhere =
         QDBusConnection::connectToBus("unix:path=" + folder.filePath("no-bus-here"), "nowhere");
-    EXPECT_FALSE(handOverToRunningInstance(nowhere));
-    EXPECT_EQ(publishRemoteControl(nowhere, target), nullptr);
+    EXPECT_TRUE(handOverToRunningInstance(nowhere, 0ms).has_value());
+    auto publisher = publishRemoteControl("unix:path=" + folder.filePath("no-bus-here"), target);
+    ASSERT_NE(publisher, nullptr) << "it waits for a bus to come";
+    publisher->stateChanged(); // harmless while unpublished
     ASSERT_EQ(log.lines.size(), 1u);
     EXPECT_EQ(log.lines[0].rfind("Navro: remote control unavailable: ", 0), 0u) << log.lines[0];
+}
+
+// A socket that takes connections in and never says a word, as a hung bus does.
+class SilentServer {
+public:
+    explicit SilentServer(const QString& path) : fd_(::socket(AF_UNIX, SOCK_STREAM, 0))
+    {
+        sockaddr_un address{};
+        address.sun_family = AF_UNIX;
+        const QByteArray name = path.toLocal8Bit();
+        std::memcpy(address.sun_path, name.constData(), size_t(name.size()));
+        ok_ = ::bind(fd_, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0 &&
+              ::listen(fd_, 8) == 0;
+    }
+    ~SilentServer() { ::close(fd_); }
+    bool ok() const { return ok_; }
+
+private:
+    int fd_;
+    bool ok_ = false;
+};
+
+// After the bus goes away and comes back (a restart of the session's bus, or a bus that hung at
+// start and was replaced), the name is Navro's again without anyone asking.
+TEST_F(DBusRemoteControlTest, TheNameIsTakenBackWhenTheBusComesBack)
+{
+    QTemporaryDir folder;
+    const QString path = folder.filePath("bus");
+    auto silent = std::make_unique<SilentServer>(path);
+    ASSERT_TRUE(silent->ok());
+    CapturingLogSink log;
+    RecordingTarget target;
+    // The address the session gave names the bus of that moment (its guid); every bus that
+    // starts there later has another.
+    DBusRemoteControl control("unix:path=" + path + ",guid=0123456789abcdef0123456789abcdef",
+                              target, "the bus at start said nothing");
+    EXPECT_EQ(control.outcome(), DBusRemoteControl::Outcome::failed);
+    EXPECT_EQ(control.failure(), "the bus at start said nothing");
+
+    // A real bus takes the silent one's place.
+    silent.reset();
+    QFile::remove(path);
+    QProcess daemon;
+    auto startDaemon = [&] {
+        daemon.start("dbus-daemon",
+                     {"--session", "--nofork", "--nopidfile", "--address=unix:path=" + path});
+        return daemon.waitForStarted();
+    };
+    ASSERT_TRUE(startDaemon());
+    ASSERT_TRUE(
+        waitFor([&] { return control.outcome() == DBusRemoteControl::Outcome::published; }));
+    {
+        QDBusConnection client = connect("unix:path=" + path);
+        EXPECT_TRUE(client.interface()->isServiceRegistered(remoteServiceName).value());
+    }
+
+    // The bus stops and starts again.
+    daemon.terminate();
+    ASSERT_TRUE(daemon.waitForFinished(5000));
+    ASSERT_TRUE(waitFor([&] { return control.outcome() == DBusRemoteControl::Outcome::failed; }));
+    EXPECT_TRUE(log.contains("lost the session bus"));
+    ASSERT_TRUE(startDaemon());
+    ASSERT_TRUE(
+        waitFor([&] { return control.outcome() == DBusRemoteControl::Outcome::published; }));
+    QDBusConnection client = connect("unix:path=" + path);
+    EXPECT_TRUE(client.interface()->isServiceRegistered(remoteServiceName).value());
+    EXPECT_EQ(callAndWait(client, method("Toggle")).type(), QDBusMessage::ReplyMessage);
+    EXPECT_EQ(target.calls, QStringList{"toggle"});
+    EXPECT_TRUE(log.contains("remote control published again"));
+
+    daemon.terminate();
+    daemon.waitForFinished(5000);
 }
 
 } // namespace

@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 namespace navro {
 namespace {
@@ -116,6 +117,25 @@ TEST_F(XdgAutostartTest, UnwritableLocationsFailWithAReasonAndChangeNothing)
     const auto removal = stuck.setEnabled(false);
     ASSERT_TRUE(removal.has_value());
     EXPECT_TRUE(QDir(other.filePath("autostart/navro.desktop")).exists());
+}
+
+TEST_F(XdgAutostartTest, ASpecialFileInPlaceOfTheEntryIsNeitherReadNorTouched)
+{
+    ASSERT_TRUE(home.isValid());
+    ASSERT_TRUE(QDir().mkpath(configHome() + "/autostart"));
+    ASSERT_EQ(::mkfifo(entry().toUtf8().constData(), 0600), 0);
+    XdgAutostart item("/usr/bin/navro", configHome());
+
+    // Opening the FIFO for reading would block here.
+    EXPECT_FALSE(item.isEnabled());
+    const auto enabling = item.setEnabled(true);
+    ASSERT_TRUE(enabling.has_value());
+    EXPECT_TRUE(enabling->contains("FIFO")) << enabling->toStdString();
+    const auto disabling = item.setEnabled(false);
+    ASSERT_TRUE(disabling.has_value());
+    struct stat info {};
+    ASSERT_EQ(::lstat(entry().toUtf8().constData(), &info), 0);
+    EXPECT_TRUE(S_ISFIFO(info.st_mode)) << "still the FIFO it was";
 }
 
 } // namespace

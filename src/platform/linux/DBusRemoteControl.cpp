@@ -1,17 +1,59 @@
 #include "platform/linux/DBusRemoteControl.h"
 
 #include "app/Log.h"
-#include "data/ScreenCapture.h"
+#include "platform/linux/BusProbe.h"
+#include "platform/linux/SessionBus.h"
 
 #include <QDBusConnectionInterface>
+#include <QDBusError>
 #include <QDBusMessage>
 #include <QDBusReply>
+#include <QDBusServiceWatcher>
+#include <QEventLoop>
+#include <QFileInfo>
+#include <sys/stat.h>
 
 namespace navro {
+namespace {
 
-RemoteControlAdaptor::RemoteControlAdaptor(QObject* parent, const QDBusContext& call,
-                                           RemoteControl& target)
-    : QDBusAbstractAdaptor(parent), call_(call), target_(target)
+using namespace std::chrono_literals;
+
+// Every call to the bus made on the way to the first frame is bounded: a bus that is alive
+// answers in milliseconds, and one that does not must not hold the start-up.
+constexpr int callTimeoutMs = 2000;
+// A bus at start may still be coming up, or at an address that gives no sign of its return.
+constexpr auto firstRetry = 5s;
+constexpr auto longestRetry = 60s;
+
+const QString localPath = QStringLiteral("/org/freedesktop/DBus/Local");
+const QString localInterface = QStringLiteral("org.freedesktop.DBus.Local");
+
+QString serviceName()
+{
+    return QString::fromLatin1(remoteServiceName);
+}
+
+QString objectPath()
+{
+    return QString::fromLatin1(remoteObjectPath);
+}
+
+// The socket file's identity: a bus that starts again makes a new one.
+QString socketIdentity(const QString& path)
+{
+    struct stat info {};
+    if (::stat(path.toLocal8Bit().constData(), &info) != 0)
+        return {};
+    return QStringLiteral("%1:%2.%3")
+        .arg(info.st_ino)
+        .arg(info.st_ctim.tv_sec)
+        .arg(info.st_ctim.tv_nsec);
+}
+
+} // namespace
+
+RemoteControlAdaptor::RemoteControlAdaptor(DBusRemoteControl& control, RemoteControl& target)
+    : QDBusAbstractAdaptor(&control), control_(control), target_(target)
 {
 }
 
@@ -28,6 +70,21 @@ QVariantMap RemoteControlAdaptor::timer() const
 QVariantMap RemoteControlAdaptor::nowPlaying() const
 {
     return toVariantMap(target_.remoteNowPlaying());
+}
+
+QVariantMap RemoteControlAdaptor::nextPrayer() const
+{
+    return toVariantMap(target_.remoteNextPrayer());
+}
+
+QVariantMap RemoteControlAdaptor::nextMeeting() const
+{
+    return toVariantMap(target_.remoteNextMeeting());
+}
+
+QVariantMap RemoteControlAdaptor::volume() const
+{
+    return toVariantMap(target_.remoteVolume());
 }
 
 void RemoteControlAdaptor::Open(bool focus)
@@ -52,22 +109,17 @@ void RemoteControlAdaptor::ShowOnboarding()
 
 void RemoteControlAdaptor::OpenSettings(const QString& page)
 {
-    target_.openSettings(page);
+    answer(target_.openSettings(page));
 }
 
 void RemoteControlAdaptor::OpenTab(const QString& tab)
 {
-    if (!target_.openTab(tab) && call_.calledFromDBus())
-        call_.sendErrorReply(QDBusError::InvalidArgs,
-                             QStringLiteral("no tab is named \"%1\"").arg(tab.left(100)));
+    answer(target_.openTab(tab));
 }
 
 void RemoteControlAdaptor::StartTimer(double minutes, bool focus)
 {
-    if (!target_.startTimer(minutes, focus) && call_.calledFromDBus())
-        call_.sendErrorReply(
-            QDBusError::InvalidArgs,
-            QStringLiteral("a timer runs for more than 0 and at most 1440 minutes"));
+    answer(target_.startTimer(minutes, focus));
 }
 
 void RemoteControlAdaptor::StopTimer()
@@ -77,31 +129,38 @@ void RemoteControlAdaptor::StopTimer()
 
 void RemoteControlAdaptor::TakeScreenshot(const QString& mode)
 {
-    if (!target_.takeScreenshot(mode) && call_.calledFromDBus())
-        call_.sendErrorReply(QDBusError::InvalidArgs,
-                             QStringLiteral("a screenshot is of an \"area\", a \"window\" or the "
-                                            "\"screen\", not \"%1\"")
-                                 .arg(mode.left(100)));
+    answer(target_.takeScreenshot(mode));
 }
 
 void RemoteControlAdaptor::StartRecording(const QString& mode)
 {
-    if (target_.startRecording(mode) || !call_.calledFromDBus())
-        return;
-    if (!captureModeFromRaw(mode.toStdString()))
-        call_.sendErrorReply(QDBusError::InvalidArgs,
-                             QStringLiteral("a recording is of an \"area\", a \"window\" or "
-                                            "the \"screen\", not \"%1\"")
-                                 .arg(mode.left(100)));
-    else
-        call_.sendErrorReply(QDBusError::NotSupported,
-                             QStringLiteral("a recording runs already, or recording is "
-                                            "unavailable here"));
+    answer(target_.startRecording(mode));
 }
 
 void RemoteControlAdaptor::StopRecording()
 {
     target_.stopRecording();
+}
+
+void RemoteControlAdaptor::answer(const RemoteRefusal& refusal)
+{
+    if (refusal && control_.calledFromDBus())
+        control_.sendErrorReply(QDBusError::InvalidArgs, *refusal);
+}
+
+void RemoteControlAdaptor::SetVolume(double volume)
+{
+    target_.setVolume(volume);
+}
+
+void RemoteControlAdaptor::ToggleMute()
+{
+    target_.toggleMute();
+}
+
+void RemoteControlAdaptor::SelectOutput(const QString& name)
+{
+    answer(target_.selectOutput(name));
 }
 
 QVariantMap toVariantMap(const RemoteState& state)
@@ -141,56 +200,182 @@ QVariantMap toVariantMap(const std::optional<RemoteNowPlaying>& nowPlaying)
     };
 }
 
-DBusRemoteControl::DBusRemoteControl(QDBusConnection connection, RemoteControl& target)
-    : connection_(std::move(connection)), target_(target), published_(target.remoteState()),
-      publishedNowPlaying_(target.remoteNowPlaying())
+QVariantMap toVariantMap(const std::optional<RemoteNextPrayer>& prayer)
 {
-    if (!connection_.isConnected()) {
-        failure_ = connection_.lastError().message();
-        if (failure_.isEmpty()) {
-            failure_ = QStringLiteral("not connected");
-        }
-        return;
-    }
-    new RemoteControlAdaptor(this, *this, target_);
-    // The object goes up before the name, so that a second launch that sees the name can
-    // already call it.
-    if (!connection_.registerObject(QString::fromLatin1(remoteObjectPath), this,
-                                    QDBusConnection::ExportAdaptors)) {
-        failure_ = QStringLiteral("could not register %1").arg(QLatin1String(remoteObjectPath));
-        return;
-    }
-    const QDBusReply<QDBusConnectionInterface::RegisterServiceReply> reply =
-        connection_.interface()->registerService(QString::fromLatin1(remoteServiceName),
-                                                 QDBusConnectionInterface::DontQueueService,
-                                                 QDBusConnectionInterface::DontAllowReplacement);
-    if (!reply.isValid()) {
-        failure_ = reply.error().message();
-    } else if (reply.value() == QDBusConnectionInterface::ServiceNotRegistered) {
-        outcome_ = Outcome::nameTaken;
-        failure_ =
-            QStringLiteral("%1 is owned by another process").arg(QLatin1String(remoteServiceName));
+    if (!prayer)
+        return {};
+    return {{QStringLiteral("prayer"), prayer->prayer},
+            {QStringLiteral("at"), prayer->at},
+            {QStringLiteral("city"), prayer->city}};
+}
+
+QVariantMap toVariantMap(const std::optional<RemoteNextMeeting>& meeting)
+{
+    if (!meeting)
+        return {};
+    return {{QStringLiteral("title"), meeting->title},
+            {QStringLiteral("start"), meeting->start},
+            {QStringLiteral("end"), meeting->end},
+            {QStringLiteral("joinLink"), meeting->joinLink}};
+}
+
+QVariantMap toVariantMap(const RemoteVolume& volume)
+{
+    return {
+        {QStringLiteral("volume"), volume.volume},
+        {QStringLiteral("muted"), volume.muted},
+        {QStringLiteral("output"), volume.output},
+        {QStringLiteral("outputs"), volume.outputs},
+    };
+}
+
+DBusRemoteControl::DBusRemoteControl(QString address, RemoteControl& target, QString knownProblem)
+    : address_(QString::fromStdString(withoutServerIdentity(address.toStdString()))),
+      target_(target), published_(target.remoteState()),
+      publishedNowPlaying_(target.remoteNowPlaying()),
+      publishedNextPrayer_(target.remoteNextPrayer()),
+      publishedNextMeeting_(target.remoteNextMeeting()), publishedVolume_(target.remoteVolume())
+{
+    new RemoteControlAdaptor(*this, target_);
+    socketPath_ = QString::fromStdString(busSocketPath(address_.toStdString()).value_or(""));
+    connect(&socketWatcher_, &QFileSystemWatcher::directoryChanged, this,
+            &DBusRemoteControl::busMayBeBack);
+    retry_.setSingleShot(true);
+    connect(&retry_, &QTimer::timeout, this, &DBusRemoteControl::busMayBeBack);
+
+    if (knownProblem.isEmpty()) {
+        publish();
     } else {
-        outcome_ = Outcome::published;
-        return;
+        failure_ = knownProblem;
+        lastSocketTried_ = socketIdentity(socketPath_);
     }
-    connection_.unregisterObject(QString::fromLatin1(remoteObjectPath));
+    if (outcome_ != Outcome::published)
+        watchForTheBus();
 }
 
 DBusRemoteControl::~DBusRemoteControl()
 {
-    if (outcome_ == Outcome::published) {
-        connection_.unregisterObject(QString::fromLatin1(remoteObjectPath));
-        connection_.interface()->unregisterService(QString::fromLatin1(remoteServiceName));
+    withdraw();
+}
+
+void DBusRemoteControl::publish()
+{
+    withdraw();
+    if (address_.isEmpty()) {
+        failure_ = QStringLiteral("no session bus address");
+        return;
     }
+    // Connections are shared by name within the process, so every one gets a name of its own.
+    static int connections = 0;
+    connectionName_ = QStringLiteral("navro-remote-%1").arg(++connections);
+    connection_ = QDBusConnection::connectToBus(address_, connectionName_);
+    outcome_ = Outcome::failed;
+    if (!connection_->isConnected()) {
+        failure_ = connection_->lastError().message();
+        if (failure_.isEmpty())
+            failure_ = QStringLiteral("not connected");
+        withdraw();
+        return;
+    }
+    connection_->interface()->setTimeout(callTimeoutMs);
+    connection_->connect(QString(), localPath, localInterface, QStringLiteral("Disconnected"), this,
+                         SLOT(onDisconnected()));
+    // The object goes up before the name, so that a second launch that sees the name can
+    // already call it.
+    if (!connection_->registerObject(objectPath(), this, QDBusConnection::ExportAdaptors)) {
+        failure_ = QStringLiteral("could not register %1").arg(objectPath());
+        withdraw();
+        return;
+    }
+    const QDBusReply<QDBusConnectionInterface::RegisterServiceReply> reply =
+        connection_->interface()->registerService(serviceName(),
+                                                  QDBusConnectionInterface::DontQueueService,
+                                                  QDBusConnectionInterface::DontAllowReplacement);
+    if (!reply.isValid()) {
+        failure_ = reply.error().message();
+    } else if (reply.value() == QDBusConnectionInterface::ServiceNotRegistered) {
+        outcome_ = Outcome::nameTaken;
+        failure_ = QStringLiteral("%1 is owned by another process").arg(serviceName());
+    } else {
+        outcome_ = Outcome::published;
+        failure_.clear();
+        retry_.stop();
+        // What changed while no one could see it.
+        published_ = target_.remoteState();
+        publishedNowPlaying_ = target_.remoteNowPlaying();
+        return;
+    }
+    const Outcome outcome = outcome_;
+    withdraw();
+    outcome_ = outcome;
+}
+
+void DBusRemoteControl::withdraw()
+{
+    if (!connection_)
+        return;
+    if (outcome_ == Outcome::published && connection_->isConnected()) {
+        connection_->unregisterObject(objectPath());
+        connection_->interface()->unregisterService(serviceName());
+    }
+    connection_.reset();
+    QDBusConnection::disconnectFromBus(connectionName_);
+    outcome_ = Outcome::failed;
+}
+
+void DBusRemoteControl::onDisconnected()
+{
+    logLine("lost the session bus; the remote control is published again when it comes back");
+    withdraw();
+    failure_ = QStringLiteral("the session bus went away");
+    lastSocketTried_.clear();
+    watchForTheBus();
+}
+
+void DBusRemoteControl::watchForTheBus()
+{
+    if (!socketPath_.isEmpty()) {
+        // The folder, because a bus that starts again makes a new socket file.
+        const QString folder = QFileInfo(socketPath_).absolutePath();
+        if (!socketWatcher_.directories().contains(folder))
+            socketWatcher_.addPath(folder);
+        return;
+    }
+    if (!retry_.isActive())
+        retry_.start(firstRetry);
+}
+
+void DBusRemoteControl::busMayBeBack()
+{
+    if (outcome_ == Outcome::published)
+        return;
+    if (!socketPath_.isEmpty()) {
+        // Each socket file is tried once: the folder also changes for every other file in it.
+        const QString identity = socketIdentity(socketPath_);
+        if (identity.isEmpty() || identity == lastSocketTried_)
+            return;
+        lastSocketTried_ = identity;
+    }
+    // A bus just starting, or one that never answers, must not hold Navro up.
+    const BusProbe probe =
+        probeBus(address_.toStdString(), std::chrono::milliseconds(callTimeoutMs));
+    if (probe.answer == BusProbe::Answer::answers || probe.answer == BusProbe::Answer::unknown)
+        publish();
+    if (outcome_ == Outcome::published) {
+        socketWatcher_.removePaths(socketWatcher_.directories());
+        logLine("remote control published again on the session bus");
+        return;
+    }
+    if (socketPath_.isEmpty())
+        retry_.start(
+            std::min<std::chrono::milliseconds>(retry_.intervalAsDuration() * 2, longestRetry));
 }
 
 void DBusRemoteControl::stateChanged()
 {
     const RemoteState current = target_.remoteState();
-    if (current == published_) {
+    if (current == published_)
         return;
-    }
     published_ = current;
     announce(QStringLiteral("State"), toVariantMap(current));
 }
@@ -203,69 +388,108 @@ void DBusRemoteControl::timerChanged()
 void DBusRemoteControl::nowPlayingChanged()
 {
     auto current = target_.remoteNowPlaying();
-    if (current == publishedNowPlaying_) {
+    if (current == publishedNowPlaying_)
         return;
-    }
     publishedNowPlaying_ = current;
     announce(QStringLiteral("NowPlaying"), toVariantMap(current));
 }
 
-void DBusRemoteControl::announce(const QString& property, const QVariantMap& value)
+void DBusRemoteControl::nextPrayerChanged()
 {
-    if (outcome_ != Outcome::published) {
+    auto current = target_.remoteNextPrayer();
+    if (current == publishedNextPrayer_)
         return;
-    }
-    QDBusMessage signal = QDBusMessage::createSignal(
-        QString::fromLatin1(remoteObjectPath), QStringLiteral("org.freedesktop.DBus.Properties"),
-        QStringLiteral("PropertiesChanged"));
-    signal << QString::fromLatin1(remoteInterfaceName) << QVariantMap{{property, value}}
-           << QStringList();
-    connection_.send(signal);
+    publishedNextPrayer_ = current;
+    announce(QStringLiteral("NextPrayer"), toVariantMap(current));
 }
 
-bool handOverToRunningInstance(QDBusConnection connection)
+void DBusRemoteControl::nextMeetingChanged()
 {
-    if (!connection.isConnected()) {
-        return false;
+    auto current = target_.remoteNextMeeting();
+    if (current == publishedNextMeeting_)
+        return;
+    publishedNextMeeting_ = current;
+    announce(QStringLiteral("NextMeeting"), toVariantMap(current));
+}
+
+void DBusRemoteControl::volumeChanged()
+{
+    const RemoteVolume current = target_.remoteVolume();
+    if (current == publishedVolume_) {
+        return;
     }
-    const QDBusReply<bool> owned =
-        connection.interface()->isServiceRegistered(QString::fromLatin1(remoteServiceName));
-    if (!owned.isValid() || !owned.value()) {
-        return false;
+    publishedVolume_ = current;
+    announce(QStringLiteral("Volume"), toVariantMap(current));
+}
+
+void DBusRemoteControl::announce(const QString& property, const QVariantMap& value)
+{
+    if (outcome_ != Outcome::published)
+        return;
+    QDBusMessage signal =
+        QDBusMessage::createSignal(objectPath(), QStringLiteral("org.freedesktop.DBus.Properties"),
+                                   QStringLiteral("PropertiesChanged"));
+    signal << QString::fromLatin1(remoteInterfaceName) << QVariantMap{{property, value}}
+           << QStringList();
+    connection_->send(signal);
+}
+
+std::optional<std::string> handOverToRunningInstance(QDBusConnection connection,
+                                                     std::chrono::milliseconds patience)
+{
+    if (!connection.isConnected())
+        return "no session bus: " + connection.lastError().message().toStdString();
+    connection.interface()->setTimeout(callTimeoutMs);
+    // Watching first, so that a name taken between the look and the wait is not missed.
+    QDBusServiceWatcher watcher(serviceName(), connection,
+                                QDBusServiceWatcher::WatchForRegistration);
+    QEventLoop loop;
+    QObject::connect(&watcher, &QDBusServiceWatcher::serviceRegistered, &loop, &QEventLoop::quit);
+    const auto registered = [&] {
+        const QDBusReply<bool> owned = connection.interface()->isServiceRegistered(serviceName());
+        return owned.isValid() && owned.value();
+    };
+    if (!registered()) {
+        QTimer::singleShot(patience, &loop, &QEventLoop::quit);
+        loop.exec();
+        if (!registered())
+            return "it did not take its name on the session bus within " +
+                   std::to_string(
+                       std::chrono::duration_cast<std::chrono::seconds>(patience).count()) +
+                   " s";
     }
-    QDBusMessage call = QDBusMessage::createMethodCall(
-        QString::fromLatin1(remoteServiceName), QString::fromLatin1(remoteObjectPath),
-        QString::fromLatin1(remoteInterfaceName), QStringLiteral("Open"));
+    QDBusMessage call = QDBusMessage::createMethodCall(serviceName(), objectPath(),
+                                                       QString::fromLatin1(remoteInterfaceName),
+                                                       QStringLiteral("Open"));
     call << true;
     // The event loop keeps turning while we wait, so a running instance in this very process
     // (tests) can answer.
-    const QDBusMessage reply = connection.call(call, QDBus::BlockWithGui, 5000);
-    if (reply.type() == QDBusMessage::ErrorMessage) {
-        logLine("could not reach the running Navro: " + reply.errorMessage().toStdString());
-        return false;
-    }
-    return true;
+    const QDBusMessage reply = connection.call(call, QDBus::BlockWithGui, callTimeoutMs);
+    if (reply.type() == QDBusMessage::ErrorMessage)
+        return "it did not answer: " + reply.errorMessage().toStdString();
+    return std::nullopt;
 }
 
-std::unique_ptr<RemoteControlPublisher> publishRemoteControl(QDBusConnection connection,
-                                                             RemoteControl& target)
+std::unique_ptr<RemoteControlPublisher>
+publishRemoteControl(const QString& address, RemoteControl& target, const QString& knownProblem)
 {
-    auto control = std::make_unique<DBusRemoteControl>(std::move(connection), target);
-    if (control->outcome() != DBusRemoteControl::Outcome::published) {
+    auto control = std::make_unique<DBusRemoteControl>(address, target, knownProblem);
+    if (control->outcome() != DBusRemoteControl::Outcome::published)
         logLine("remote control unavailable: " + control->failure().toStdString());
-        return nullptr;
-    }
     return control;
 }
 
-bool handOverToRunningInstance()
+std::optional<std::string> handOverToRunningInstance(std::chrono::milliseconds patience)
 {
-    return handOverToRunningInstance(QDBusConnection::sessionBus());
+    if (const std::string problem = sessionBusProblem(); !problem.empty())
+        return problem;
+    return handOverToRunningInstance(QDBusConnection::sessionBus(), patience);
 }
 
 std::unique_ptr<RemoteControlPublisher> publishRemoteControl(RemoteControl& target)
 {
-    return publishRemoteControl(QDBusConnection::sessionBus(), target);
+    return publishRemoteControl(QString::fromStdString(sessionBusAddress()), target,
+                                QString::fromStdString(sessionBusProblem()));
 }
 
 } // namespace navro

@@ -95,9 +95,11 @@ X11HotKey::X11HotKey(Display* display, xcb_connection_t* connection, Qt::Key key
             connection_, xcb_grab_key_checked(connection_, 0, root_, mask, keycode_,
                                               XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC));
         if (error) {
+            const bool taken = error->error_code == XCB_ACCESS;
             free(error);
             if (locks == 0) {
                 // Without the plain combination the shortcut is not ours: give back the rest.
+                takenByAnother_ = taken;
                 ungrabAll();
                 return;
             }
@@ -173,23 +175,22 @@ bool X11HotKey::nativeEventFilter(const QByteArray& eventType, void* message, qi
     return true;
 }
 
-std::unique_ptr<HotKey> makeHotKey(Qt::Key key, Qt::KeyboardModifiers modifiers,
-                                   std::function<void()> action)
+HotKeyGrab makeHotKey(Qt::Key key, Qt::KeyboardModifiers modifiers, std::function<void()> action)
 {
     auto* application = qobject_cast<QGuiApplication*>(QCoreApplication::instance());
     if (!application) {
-        return nullptr;
+        return {};
     }
     auto* x11 = application->nativeInterface<QNativeInterface::QX11Application>();
     if (!x11 || !x11->display() || !x11->connection()) {
-        return nullptr;
+        return {};
     }
     auto hotKey = std::make_unique<X11HotKey>(x11->display(), x11->connection(), key, modifiers,
                                               std::move(action));
     if (!hotKey->isRegistered()) {
-        return nullptr;
+        return {nullptr, hotKey->isTakenByAnother()};
     }
-    return hotKey;
+    return {std::move(hotKey), false};
 }
 
 } // namespace navro

@@ -27,6 +27,8 @@ public:
     X11HotKey& operator=(const X11HotKey&) = delete;
 
     bool isRegistered() const { return !grabbed_.empty(); }
+    // The combination could not be had because another client holds it.
+    bool isTakenByAnother() const { return takenByAnother_; }
 
 private:
     bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
@@ -39,6 +41,7 @@ private:
     std::uint16_t ignoredLocks_ = 0;
     std::vector<std::uint16_t> grabbed_;
     bool isDown_ = false;
+    bool takenByAnother_ = false;
     std::function<void()> action_;
     QObject guard_; // queued actions die with the hot key
 };

@@ -1,26 +1,21 @@
 #include "platform/linux/XdgAutostart.h"
 
+#include "app/FileAccess.h"
+
 #include <QCoreApplication>
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
-#include <QSaveFile>
-#include <QStandardPaths>
-#include <QTextStream>
 #include <algorithm>
+#include <filesystem>
 
 namespace navro {
 namespace {
 
 const QString entryName = QStringLiteral("navro.desktop");
+// A desktop entry is a few hundred bytes; the cap only keeps an odd file from being read whole.
+constexpr std::size_t maxEntryBytes = 64 * 1024;
 
 QString defaultConfigHome()
 {
-    const QString fromEnvironment = qEnvironmentVariable("XDG_CONFIG_HOME");
-    if (!fromEnvironment.isEmpty() && QDir::isAbsolutePath(fromEnvironment)) {
-        return fromEnvironment;
-    }
-    return QDir::homePath() + QStringLiteral("/.config");
+    return QString::fromStdString(configHome().string());
 }
 
 } // namespace
@@ -63,15 +58,15 @@ QString XdgAutostart::execArgument(const QString& path)
 
 bool XdgAutostart::isEnabled() const
 {
-    QFile file(entryPath());
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
+    // Read on every look at the switch: only a regular file is read, and never in a way that
+    // could block (a FIFO there would otherwise hang the settings window).
+    const FileRead read = readRegularFile(entryPath().toStdString(), maxEntryBytes);
+    if (!read.ok())
         return false;
-    }
     // An entry the user switched off in a session's settings stays on disk as Hidden=true.
-    QTextStream in(&file);
     bool inMainGroup = false;
-    while (!in.atEnd()) {
-        const QString line = in.readLine().trimmed();
+    for (const QString& raw : QString::fromStdString(read.bytes).split(QLatin1Char('\n'))) {
+        const QString line = raw.trimmed();
         if (line.startsWith(QLatin1Char('['))) {
             inMainGroup = line == QStringLiteral("[Desktop Entry]");
         } else if (inMainGroup && (line == QStringLiteral("Hidden=true") ||
@@ -84,27 +79,28 @@ bool XdgAutostart::isEnabled() const
 
 std::optional<QString> XdgAutostart::setEnabled(bool enabled)
 {
-    const QString path = entryPath();
+    const std::filesystem::path path = entryPath().toStdString();
+    std::error_code error;
     if (!enabled) {
-        QFileInfo info(path);
-        if (!info.exists() && !info.isSymLink()) {
+        const auto status = std::filesystem::symlink_status(path, error);
+        if (!std::filesystem::exists(status))
             return std::nullopt;
-        }
-        QFile file(path);
-        if (!file.remove()) {
-            return QStringLiteral("could not remove %1: %2").arg(path, file.errorString());
-        }
+        // Only what could be an entry goes; anything else in its place is not Navro's.
+        if (!std::filesystem::is_regular_file(status) && !std::filesystem::is_symlink(status))
+            return QStringLiteral("could not remove %1: it is not a file, so it is left as it is")
+                .arg(entryPath());
+        if (!std::filesystem::remove(path, error))
+            return QStringLiteral("could not remove %1: %2")
+                .arg(entryPath(), QString::fromStdString(error.message()));
         return std::nullopt;
     }
 
-    const QString folder = QFileInfo(path).path();
-    if (!QDir().mkpath(folder)) {
-        return QStringLiteral("could not create the folder %1").arg(folder);
-    }
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly)) {
-        return QStringLiteral("could not write %1: %2").arg(path, file.errorString());
-    }
+    // The autostart folder is shared with every other program, so it keeps its usual mode.
+    std::filesystem::create_directories(path.parent_path(), error);
+    if (error)
+        return QStringLiteral("could not create the folder %1: %2")
+            .arg(QString::fromStdString(path.parent_path().string()),
+                 QString::fromStdString(error.message()));
     const QString entry = QStringLiteral("[Desktop Entry]\n"
                                          "Type=Application\n"
                                          "Name=Navro\n"
@@ -113,10 +109,9 @@ std::optional<QString> XdgAutostart::setEnabled(bool enabled)
                                          "Terminal=false\n"
                                          "X-GNOME-Autostart-enabled=true\n")
                               .arg(execArgument(executablePath_));
-    file.write(entry.toUtf8());
-    if (!file.commit()) {
-        return QStringLiteral("could not write %1: %2").arg(path, file.errorString());
-    }
+    if (const auto failure = writeFileAtomically(path, entry.toStdString()))
+        return QStringLiteral("could not write %1: %2")
+            .arg(entryPath(), QString::fromStdString(*failure));
     return std::nullopt;
 }
 

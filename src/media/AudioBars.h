@@ -1,0 +1,61 @@
+#pragma once
+
+#include "app/Clock.h"
+#include "media/SpectrumAnalyzer.h"
+#include "media/SystemAudio.h"
+
+#include <QObject>
+#include <QVariantList>
+#include <memory>
+
+namespace navro {
+
+class AppSettings;
+
+// Decides when the bars listen to the system's sound: while music plays and the bars are to
+// follow it. Listening starts at once and ends 5 s after it is no longer wanted, so a short
+// pause between tracks keeps the same tap. Nothing is captured while nothing plays.
+class AudioBars : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(bool isListening READ isListening NOTIFY listeningChanged)
+
+public:
+    AudioBars(Clock& clock, const AppSettings& settings, SystemAudio& audio,
+              QObject* parent = nullptr);
+    ~AudioBars() override;
+
+    // Whether music plays now (the now-playing track's rate above 0).
+    void setPlaying(bool playing);
+    // Stops listening for good, at the end of the process.
+    void shutDown();
+
+    bool isListening() const { return tap_ != nullptr; }
+    // The live levels of `count` bars, or nothing while no tap runs or it has not yet heard any
+    // sound (the views then draw their own motion).
+    Q_INVOKABLE QVariantList liveLevels(int count) const;
+
+    SpectrumAnalyzer& analyzer() { return analyzer_; }
+
+    static constexpr Duration stopDelay = std::chrono::seconds(5);
+
+signals:
+    void listeningChanged();
+
+private:
+    void update();
+    void startTap();
+    void stopTap();
+    void onDefaultOutputChanged();
+
+    const AppSettings& settings_;
+    SystemAudio& audio_;
+    SpectrumAnalyzer analyzer_;
+    std::unique_ptr<SystemAudio::Tap> tap_;
+    std::unique_ptr<TaskSlot> stopTask_;
+    bool playing_ = false;
+    bool wantsTap_ = false;
+    bool shutDown_ = false;
+    bool startFailed_ = false;
+};
+
+} // namespace navro

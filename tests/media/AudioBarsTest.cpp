@@ -1,0 +1,190 @@
+#include "media/AudioBars.h"
+
+#include "FakeSettingsStore.h"
+#include "FakeSound.h"
+#include "ManualClock.h"
+#include "QtTestApplication.h"
+#include "app/AppSettings.h"
+#include "app/Log.h"
+
+#include <cmath>
+#include <gtest/gtest.h>
+#include <numbers>
+
+namespace navro {
+namespace {
+
+using namespace std::chrono_literals;
+
+struct Fixture {
+    Fixture() : settings(store, [] { return QStringList{"en-GB"}; }) { testApplication(); }
+
+    // What the capture would deliver: a loud tone, enough for several frames.
+    void feedTone()
+    {
+        std::vector<float> tone(4096);
+        for (std::size_t i = 0; i < tone.size(); ++i)
+            tone[i] = 0.5f * float(std::sin(2 * std::numbers::pi * 440 * i / 48000));
+        bars.analyzer().process(tone.data(), tone.size(), 1);
+    }
+
+    ManualClock clock;
+    FakeSettingsStore store;
+    AppSettings settings;
+    FakeSystemAudio audio;
+    AudioBars bars{clock, settings, audio};
+};
+
+TEST(AudioBars, NothingIsCapturedWhileNothingPlays)
+{
+    Fixture f;
+    f.clock.advance(1min);
+    EXPECT_EQ(f.audio.started, 0);
+    EXPECT_FALSE(f.bars.isListening());
+    EXPECT_TRUE(f.bars.liveLevels(4).isEmpty());
+}
+
+TEST(AudioBars, ListensAtOnceWhenMusicPlaysAndStopsFiveSecondsAfter)
+{
+    Fixture f;
+    f.bars.setPlaying(true);
+    EXPECT_EQ(f.audio.started, 1);
+    EXPECT_EQ(f.audio.live, 1);
+    EXPECT_TRUE(f.bars.isListening());
+
+    f.bars.setPlaying(false);
+    f.clock.advance(4999ms);
+    EXPECT_EQ(f.audio.live, 1);
+    f.clock.advance(1ms);
+    EXPECT_EQ(f.audio.live, 0);
+    EXPECT_FALSE(f.bars.isListening());
+}
+
+TEST(AudioBars, APauseShorterThanFiveSecondsKeepsTheSameTap)
+{
+    Fixture f;
+    f.bars.setPlaying(true);
+    f.bars.setPlaying(false);
+    f.clock.advance(3s);
+    f.bars.setPlaying(true);
+    f.clock.advance(1min);
+    EXPECT_EQ(f.audio.started, 1);
+    EXPECT_EQ(f.audio.live, 1);
+}
+
+TEST(AudioBars, TheSettingTurnsListeningOffAndOn)
+{
+    Fixture f;
+    f.settings.setBarsFollowSound(false);
+    f.bars.setPlaying(true);
+    EXPECT_EQ(f.audio.started, 0);
+    f.settings.setBarsFollowSound(true);
+    EXPECT_EQ(f.audio.live, 1);
+    f.settings.setBarsFollowSound(false);
+    f.clock.advance(5s);
+    EXPECT_EQ(f.audio.live, 0);
+}
+
+TEST(AudioBars, WithoutASoundServerNoTapIsEverMade)
+{
+    Fixture f;
+    f.audio.listenable = false;
+    f.bars.setPlaying(true);
+    f.settings.setBarsFollowSound(false);
+    f.settings.setBarsFollowSound(true);
+    EXPECT_EQ(f.audio.started, 0);
+    EXPECT_TRUE(f.bars.liveLevels(4).isEmpty());
+}
+
+TEST(AudioBars, AFailedStartIsLoggedOnceAndTriedAgainOnTheNextChange)
+{
+    Fixture f;
+    CapturingLogSink log;
+    f.audio.failAtOnce = SystemAudio::TapError{"Start", -3};
+    f.bars.setPlaying(true);
+    EXPECT_FALSE(f.bars.isListening());
+    ASSERT_EQ(log.lines.size(), 1u);
+    EXPECT_EQ(log.lines[0], "Navro bars: could not listen to system audio: Start failed (-3)");
+
+    f.audio.failAtOnce.reset();
+    f.bars.setPlaying(false);
+    f.bars.setPlaying(true);
+    EXPECT_EQ(f.audio.started, 2);
+    EXPECT_TRUE(f.bars.isListening());
+}
+
+TEST(AudioBars, ALaterFailureDropsTheTapAndTheLiveLevels)
+{
+    Fixture f;
+    CapturingLogSink log;
+    f.bars.setPlaying(true);
+    f.feedTone();
+    ASSERT_FALSE(f.bars.liveLevels(4).isEmpty());
+    f.audio.latest->failed({"Read format", 7});
+    EXPECT_FALSE(f.bars.isListening());
+    EXPECT_EQ(f.audio.live, 0);
+    EXPECT_TRUE(f.bars.liveLevels(4).isEmpty());
+    EXPECT_TRUE(log.contains("Read format failed (7)"));
+}
+
+TEST(AudioBars, ATapThatHasNotHeardSoundLeavesTheBarsToTheirOwnMotion)
+{
+    Fixture f;
+    f.bars.setPlaying(true);
+    std::vector<float> silence(4096, 0.0f);
+    f.bars.analyzer().process(silence.data(), silence.size(), 1);
+    EXPECT_TRUE(f.bars.liveLevels(4).isEmpty());
+
+    f.feedTone();
+    const QVariantList levels = f.bars.liveLevels(4);
+    ASSERT_EQ(levels.size(), 4);
+    // The tone lies in the second quarter of the bands.
+    EXPECT_GT(levels[1].toFloat(), 0.5f);
+    // Once sound was heard, silence is shown as live levels at rest rather than as motion.
+    f.bars.analyzer().process(silence.data(), silence.size(), 1);
+    EXPECT_EQ(f.bars.liveLevels(4).size(), 4);
+}
+
+TEST(AudioBars, ANewTapStartsFromAResetAnalyser)
+{
+    Fixture f;
+    f.bars.setPlaying(true);
+    f.feedTone();
+    f.bars.setPlaying(false);
+    f.clock.advance(5s);
+    f.bars.setPlaying(true);
+    EXPECT_FALSE(f.bars.analyzer().heardSound());
+    EXPECT_TRUE(f.bars.liveLevels(4).isEmpty());
+}
+
+TEST(AudioBars, AnotherDefaultOutputRebuildsTheTapWhileWanted)
+{
+    Fixture f;
+    f.bars.setPlaying(true);
+    f.audio.defaultOutputChanged();
+    EXPECT_EQ(f.audio.started, 2);
+    EXPECT_EQ(f.audio.latest->serial, 2);
+    EXPECT_EQ(f.audio.live, 1);
+
+    // During the wait before stopping, the change only stops it early.
+    f.bars.setPlaying(false);
+    f.audio.defaultOutputChanged();
+    EXPECT_EQ(f.audio.live, 0);
+    EXPECT_EQ(f.audio.started, 2);
+    f.clock.advance(10s);
+    EXPECT_EQ(f.audio.started, 2);
+}
+
+TEST(AudioBars, ShutDownStopsTheTapForGood)
+{
+    Fixture f;
+    f.bars.setPlaying(true);
+    f.bars.shutDown();
+    EXPECT_EQ(f.audio.live, 0);
+    f.bars.setPlaying(false);
+    f.bars.setPlaying(true);
+    EXPECT_EQ(f.audio.started, 1);
+}
+
+} // namespace
+} // namespace navro

@@ -1,0 +1,203 @@
+#include "media/SystemVolume.h"
+
+#include "FakeSound.h"
+#include "QtTestApplication.h"
+
+#include <gtest/gtest.h>
+
+namespace navro {
+namespace {
+
+// How often a signal was sent.
+template <typename Signal> std::shared_ptr<int> count(SystemVolume& volume, Signal signal)
+{
+    auto counter = std::make_shared<int>(0);
+    QObject::connect(&volume, signal, [counter] { ++*counter; });
+    return counter;
+}
+
+struct Fixture {
+    Fixture()
+    {
+        testApplication();
+        outputs.state = {{{"speakers", "Built-in Speakers", 0.5, false, true},
+                          {"hdmi", "HDMI Output", 0.8, true, true},
+                          {"navro.bars", "Navro bars", 1.0, false, true}},
+                         "speakers"};
+        volume = std::make_unique<SystemVolume>(outputs);
+    }
+
+    FakeAudioOutputs outputs;
+    std::unique_ptr<SystemVolume> volume;
+};
+
+TEST(SystemVolume, ShowsTheDefaultOutputAndListsTheOthersButNavrosOwn)
+{
+    Fixture f;
+    EXPECT_DOUBLE_EQ(f.volume->volume(), 0.5);
+    EXPECT_FALSE(f.volume->isMuted());
+    EXPECT_TRUE(f.volume->canSetVolume());
+    EXPECT_EQ(f.volume->outputName(), "Built-in Speakers");
+    EXPECT_EQ(f.volume->outputs(), (QStringList{"Built-in Speakers", "HDMI Output"}));
+}
+
+TEST(SystemVolume, SetIsClampedAndShownAtOnce)
+{
+    struct Case {
+        double asked, shown;
+    };
+    for (const Case c : {Case{1.3, 1.0}, Case{-0.2, 0.0}, Case{0.42, 0.42}}) {
+        Fixture f;
+        f.volume->set(c.asked);
+        EXPECT_DOUBLE_EQ(f.volume->volume(), c.shown) << c.asked;
+        ASSERT_EQ(f.outputs.requests.size(), 1u);
+        EXPECT_EQ(f.outputs.requests[0].what, "volume");
+        EXPECT_EQ(f.outputs.requests[0].id, "speakers");
+        EXPECT_DOUBLE_EQ(f.outputs.requests[0].value, c.shown);
+    }
+}
+
+TEST(SystemVolume, AFailedSetGoesBackToWhatTheOutputHas)
+{
+    Fixture f;
+    f.volume->set(0.9);
+    f.outputs.answer(false);
+    EXPECT_DOUBLE_EQ(f.volume->volume(), 0.5);
+}
+
+TEST(SystemVolume, RaisingAMutedOutputUnmutesIt)
+{
+    Fixture f;
+    f.outputs.state.outputs[0].muted = true;
+    f.outputs.publish();
+    ASSERT_TRUE(f.volume->isMuted());
+    f.volume->set(0.7);
+    f.outputs.answer(true);
+    ASSERT_EQ(f.outputs.requests.size(), 1u);
+    EXPECT_EQ(f.outputs.requests[0].what, "mute");
+    EXPECT_EQ(f.outputs.requests[0].value, 0.0);
+    f.outputs.answer(true);
+    EXPECT_FALSE(f.volume->isMuted());
+    EXPECT_DOUBLE_EQ(f.volume->volume(), 0.7);
+}
+
+TEST(SystemVolume, LoweringToZeroDoesNotMute)
+{
+    Fixture f;
+    f.volume->set(0);
+    f.outputs.answer(true);
+    EXPECT_TRUE(f.outputs.requests.empty());
+    EXPECT_FALSE(f.volume->isMuted());
+    EXPECT_DOUBLE_EQ(f.volume->volume(), 0);
+}
+
+TEST(SystemVolume, AMutedOutputLoweredToZeroStaysMuted)
+{
+    Fixture f;
+    f.outputs.state.outputs[0].muted = true;
+    f.outputs.publish();
+    f.volume->set(-1);
+    f.outputs.answer(true);
+    EXPECT_TRUE(f.outputs.requests.empty());
+    EXPECT_TRUE(f.volume->isMuted());
+}
+
+TEST(SystemVolume, AnUnmuteThatFailsLeavesItMuted)
+{
+    Fixture f;
+    f.outputs.state.outputs[0].muted = true;
+    f.outputs.publish();
+    f.volume->set(0.6);
+    f.outputs.answer(true);
+    f.outputs.answer(false);
+    EXPECT_TRUE(f.volume->isMuted());
+}
+
+TEST(SystemVolume, ToggleMuteChangesOnlyWhenTheSystemAgrees)
+{
+    Fixture f;
+    f.volume->toggleMute();
+    EXPECT_FALSE(f.volume->isMuted());
+    f.outputs.answer(false);
+    EXPECT_FALSE(f.volume->isMuted());
+    f.volume->toggleMute();
+    f.outputs.answer(true);
+    EXPECT_TRUE(f.volume->isMuted());
+    f.volume->toggleMute();
+    EXPECT_EQ(f.outputs.requests[0].value, 0.0);
+}
+
+TEST(SystemVolume, SelectingAnOutputMakesItTheDefaultAndFollowsIt)
+{
+    Fixture f;
+    const auto names = count(*f.volume, &SystemVolume::outputNameChanged);
+    EXPECT_TRUE(f.volume->selectOutput("HDMI Output"));
+    ASSERT_EQ(f.outputs.requests.size(), 1u);
+    EXPECT_EQ(f.outputs.requests[0].what, "default");
+    EXPECT_EQ(f.outputs.requests[0].id, "hdmi");
+    f.outputs.answer(true);
+    EXPECT_EQ(f.volume->outputName(), "HDMI Output");
+    EXPECT_DOUBLE_EQ(f.volume->volume(), 0.8);
+    EXPECT_TRUE(f.volume->isMuted());
+    EXPECT_EQ(*names, 1);
+    // The controls now act on the new output.
+    f.volume->set(0.3);
+    EXPECT_EQ(f.outputs.requests[0].id, "hdmi");
+}
+
+TEST(SystemVolume, UnknownOrOwnOutputsAreNotSelected)
+{
+    Fixture f;
+    for (const char* name : {"Gone Away", "Navro bars", "", "built-in speakers"})
+        EXPECT_FALSE(f.volume->selectOutput(name)) << name;
+    EXPECT_TRUE(f.outputs.requests.empty());
+    EXPECT_EQ(f.volume->outputName(), "Built-in Speakers");
+}
+
+TEST(SystemVolume, ChangesMadeElsewhereAreSignalledOnlyWhenReal)
+{
+    Fixture f;
+    const auto volumes = count(*f.volume, &SystemVolume::volumeChanged);
+    const auto changes = count(*f.volume, &SystemVolume::changed);
+    f.outputs.publish();
+    EXPECT_EQ(*changes, 0);
+    f.outputs.state.outputs[0].volume = 0.25;
+    f.outputs.publish();
+    EXPECT_EQ(*volumes, 1);
+    EXPECT_DOUBLE_EQ(f.volume->volume(), 0.25);
+    // Another output's change is not this one's.
+    f.outputs.state.outputs[1].volume = 0.1;
+    f.outputs.publish();
+    EXPECT_EQ(*volumes, 1);
+    // Amplified past 100 %, it shows as full.
+    f.outputs.state.outputs[0].volume = 1.5;
+    f.outputs.publish();
+    EXPECT_DOUBLE_EQ(f.volume->volume(), 1.0);
+}
+
+TEST(SystemVolume, WithoutOutputsNothingCanBeSet)
+{
+    Fixture f;
+    f.outputs.state = {};
+    f.outputs.publish();
+    EXPECT_FALSE(f.volume->canSetVolume());
+    EXPECT_TRUE(f.volume->outputName().isEmpty());
+    EXPECT_TRUE(f.volume->outputs().isEmpty());
+    f.volume->set(0.5);
+    f.volume->toggleMute();
+    EXPECT_TRUE(f.outputs.requests.empty());
+}
+
+TEST(SystemVolume, AnOutputWithoutVolumeIsNotWritten)
+{
+    Fixture f;
+    f.outputs.state.outputs[0].canSetVolume = false;
+    f.outputs.publish();
+    EXPECT_FALSE(f.volume->canSetVolume());
+    f.volume->set(0.9);
+    EXPECT_TRUE(f.outputs.requests.empty());
+    EXPECT_DOUBLE_EQ(f.volume->volume(), 0.5);
+}
+
+} // namespace
+} // namespace navro
