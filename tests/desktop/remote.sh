@@ -19,7 +19,7 @@ open_settings "'nowhere'"
 status=$?
 check "an unknown settings page is an error (status $status)" [ "$status" != 0 ]
 check "... InvalidArgs" grep -q 'org.freedesktop.DBus.Error.InvalidArgs' "$DESKTOP_DIR/logs/call.err"
-check "... that names the pages" grep -q 'general, prayer, about' "$DESKTOP_DIR/logs/call.err"
+check "... that names the pages" grep -q 'general, prayer, calendars, about' "$DESKTOP_DIR/logs/call.err"
 check "... and opens nothing" stays 1 eval '! navro_panel_shown Settings'
 
 open_settings "'prayer'"

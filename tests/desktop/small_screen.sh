@@ -20,9 +20,9 @@ check "the closed notch is drawn at the new top centre" \
     drawn 10 "$SHOTS/small-closed.png" 320 10 000000
 navro_call Open true
 check "the notch opens" wait_until 5 "status open" navro_field_is status open
-check "the open notch is drawn" drawn 5 "$SHOTS/small-open.png" 320 150 000000
-# Measured low in the notch, below its content.
-width=$(dark_run "$SHOTS/small-open.png" 215 40)
+check "the open notch is drawn" drawn 5 "$SHOTS/small-open.png" 320 66 000000
+# Measured in the gap between the tab bar and the tab's content, where only the notch draws.
+width=$(dark_run "$SHOTS/small-open.png" 66 40)
 check "it is as wide as the screen allows (measured $width)" [ "$width" -ge 560 -a "$width" -le 624 ]
 check "the screen's left edge shows beside it" pixel_is "$SHOTS/small-open.png" 1 150 $BACKGROUND
 check "the screen's right edge shows beside it" pixel_is "$SHOTS/small-open.png" 638 150 $BACKGROUND
@@ -39,7 +39,7 @@ check "it closes" wait_until 5 "status closed" navro_field_is status closed
 xrandr --output screen --mode 1920x1080 || finish
 navro_call Open true
 check "back on the wide screen the notch opens" \
-    drawn 10 "$SHOTS/wide-open.png" $SCREEN_MIDDLE 150 000000
-wide=$(dark_run "$SHOTS/wide-open.png" 215 $((SCREEN_MIDDLE - 300)))
+    drawn 10 "$SHOTS/wide-open.png" $SCREEN_MIDDLE 66 000000
+wide=$(dark_run "$SHOTS/wide-open.png" 66 $((SCREEN_MIDDLE - 300)))
 check "at its full width again (measured $wide)" [ "$wide" -ge 680 -a "$wide" -le 692 ]
 finish
