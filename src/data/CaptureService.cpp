@@ -72,23 +72,28 @@ CaptureService::CaptureService(Clock& clock, const AppSettings& settings, Screen
 
 CaptureService::~CaptureService() = default;
 
+void CaptureService::choose(CaptureMode mode, void (CaptureService::*then)(const ScreenGrab&))
+{
+    // One choice at a time: a second request while the overlay is up has nothing to add.
+    if (choosing_)
+        return;
+    choosing_ = true;
+    QPointer<CaptureService> self(this);
+    grabber_.grab(mode, [self, then](std::optional<ScreenGrab> grab) {
+        if (!self)
+            return;
+        self->choosing_ = false;
+        if (grab)
+            (self->*then)(*grab);
+    });
+}
+
 bool CaptureService::takeScreenshot(const QString& mode)
 {
     const auto chosen = captureModeFromRaw(mode.toStdString());
     if (!chosen)
         return false;
-    // One choice at a time: a second request while the overlay is up has nothing to add.
-    if (choosing_)
-        return true;
-    choosing_ = true;
-    QPointer<CaptureService> self(this);
-    grabber_.grab(*chosen, [self](std::optional<ScreenGrab> grab) {
-        if (!self)
-            return;
-        self->choosing_ = false;
-        if (grab)
-            self->screenshotTaken(*grab);
-    });
+    choose(*chosen, &CaptureService::screenshotTaken);
     return true;
 }
 
@@ -121,31 +126,27 @@ bool CaptureService::startRecording(const QString& mode)
     const auto chosen = captureModeFromRaw(mode.toStdString());
     if (!chosen || !canRecord_ || isRecording_)
         return false;
-    if (choosing_)
-        return true;
-    choosing_ = true;
-    QPointer<CaptureService> self(this);
-    grabber_.grab(*chosen, [self](std::optional<ScreenGrab> grab) {
-        if (!self)
-            return;
-        self->choosing_ = false;
-        if (!grab || self->isRecording_)
-            return;
-        const auto file = self->freshFile(self->folders_.recordings, CaptureKind::recording);
-        std::error_code ignored;
-        std::filesystem::create_directories(file.parent_path(), ignored);
-        const QString path = toQString(file);
-        RecordingRequest request{grab->rect, path, self->settings_.captureMicrophone(),
-                                 self->settings_.captureShowClicks()};
-        const bool started =
-            self->recorder_.start(request, [self, path](std::optional<QString> failure) {
-                if (self)
-                    self->recordingEnded(path, std::move(failure));
-            });
-        if (started)
-            self->setRecording(true);
-    });
+    choose(*chosen, &CaptureService::recordingAreaChosen);
     return true;
+}
+
+void CaptureService::recordingAreaChosen(const ScreenGrab& grab)
+{
+    if (isRecording_)
+        return;
+    const auto file = freshFile(folders_.recordings, CaptureKind::recording);
+    std::error_code ignored;
+    std::filesystem::create_directories(file.parent_path(), ignored);
+    const QString path = toQString(file);
+    RecordingRequest request{grab.rect, path, settings_.captureMicrophone(),
+                             settings_.captureShowClicks()};
+    QPointer<CaptureService> self(this);
+    const bool started = recorder_.start(request, [self, path](std::optional<QString> failure) {
+        if (self)
+            self->recordingEnded(path, std::move(failure));
+    });
+    if (started)
+        setRecording(true);
 }
 
 void CaptureService::stopRecording()

@@ -78,7 +78,10 @@ signals:
     void filesForClipboard(const QStringList& paths);
 
 private:
+    // Lets the user choose what `mode` captures, then hands the grab to `then`.
+    void choose(CaptureMode mode, void (CaptureService::*then)(const ScreenGrab&));
     void screenshotTaken(const ScreenGrab& grab);
+    void recordingAreaChosen(const ScreenGrab& grab);
     void recordingEnded(const QString& file, std::optional<QString> failure);
     void setRecording(bool recording);
     std::filesystem::path freshFile(const std::filesystem::path& folder, CaptureKind kind) const;
