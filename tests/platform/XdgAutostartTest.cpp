@@ -1,5 +1,6 @@
 #include "platform/linux/XdgAutostart.h"
 
+#include "ScopedEnvironment.h"
 #include "app/Log.h"
 
 #include <QDir>
@@ -62,17 +63,15 @@ TEST_F(XdgAutostartTest, EnableWritesAnEntryForTheProgramAndDisableRemovesIt)
 TEST_F(XdgAutostartTest, ConfigHomeComesFromTheEnvironmentWhenAbsolute)
 {
     ASSERT_TRUE(home.isValid());
-    const QByteArray saved = qgetenv("XDG_CONFIG_HOME"), savedHome = qgetenv("HOME");
-    qputenv("HOME", home.path().toUtf8());
+    const ScopedEnvironment homeVariable("HOME", home.path().toUtf8().constData());
+    const ScopedEnvironment configHomeVariable("XDG_CONFIG_HOME", nullptr);
     const QString fallback = home.path() + "/.config/autostart/navro.desktop";
     for (auto [value, expected] : {std::pair{configHome().toUtf8(), entry()},
                                    {QByteArray("relative/config"), fallback},
                                    {QByteArray(), fallback}}) {
-        qputenv("XDG_CONFIG_HOME", value);
+        configHomeVariable.set(value.constData());
         EXPECT_EQ(XdgAutostart("/usr/bin/navro").entryPath(), expected) << value.toStdString();
     }
-    qputenv("HOME", savedHome);
-    saved.isNull() ? qunsetenv("XDG_CONFIG_HOME") : qputenv("XDG_CONFIG_HOME", saved);
 }
 
 TEST_F(XdgAutostartTest, ExecQuotesAndEscapesReservedCharacters)
