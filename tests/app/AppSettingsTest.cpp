@@ -180,11 +180,14 @@ TEST(AppSettingsLanguage, AChosenLanguageOverridesTheSystemAndNotifiesOnlyRealFl
     EXPECT_EQ(flips, 2);
 }
 
-TEST(AppSettingsWriting, PublishesBeforeStoring)
-{
+class AppSettingsWriting : public ::testing::Test {
+protected:
     FakeSettingsStore store;
-    Loaded loaded(store);
-    auto& settings = loaded.settings;
+    AppSettings settings{store, englishFirst};
+};
+
+TEST_F(AppSettingsWriting, PublishesBeforeStoring)
+{
     std::vector<std::string> events;
     QObject::connect(&settings, &AppSettings::clipboardLimitChanged, [&] {
         events.push_back("changed " + std::to_string(settings.clipboardLimit()) +
@@ -201,11 +204,8 @@ TEST(AppSettingsWriting, PublishesBeforeStoring)
     EXPECT_EQ(std::get<int>(store.values.at("clipboardLimit")), 500);
 }
 
-TEST(AppSettingsWriting, EachKindIsStoredWithItsOwnTypeUnderItsKey)
+TEST_F(AppSettingsWriting, EachKindIsStoredWithItsOwnTypeUnderItsKey)
 {
-    FakeSettingsStore store;
-    Loaded loaded(store);
-    auto& settings = loaded.settings;
     settings.setAdhanSound(false);
     settings.setHoverDelay(0.3);
     settings.setLastTimerMinutes(45);
@@ -223,11 +223,8 @@ TEST(AppSettingsWriting, EachKindIsStoredWithItsOwnTypeUnderItsKey)
     EXPECT_EQ(std::get<QString>(store.values.at("theme")), "light");
 }
 
-TEST(AppSettingsWriting, SettingTheCurrentValueEmitsAndStoresNothing)
+TEST_F(AppSettingsWriting, SettingTheCurrentValueEmitsAndStoresNothing)
 {
-    FakeSettingsStore store;
-    Loaded loaded(store);
-    auto& settings = loaded.settings;
     int notified = 0;
     QObject::connect(&settings, &AppSettings::settingsChanged, [&] { ++notified; });
     QObject::connect(&settings, &AppSettings::notchEnabledChanged, [&] { ++notified; });
@@ -242,12 +239,9 @@ TEST(AppSettingsWriting, SettingTheCurrentValueEmitsAndStoresNothing)
     EXPECT_TRUE(store.writtenKeys.empty());
 }
 
-TEST(AppSettingsWriting, AnUnknownRawValueFromQmlIsRefusedWithALogLine)
+TEST_F(AppSettingsWriting, AnUnknownRawValueFromQmlIsRefusedWithALogLine)
 {
     CapturingLogSink log;
-    FakeSettingsStore store;
-    Loaded loaded(store);
-    auto& settings = loaded.settings;
     settings.setTheme(AppTheme::dark);
     store.writtenKeys.clear();
 

@@ -1,11 +1,12 @@
 #include "app/FileAccess.h"
 
+#include "ScopedEnvironment.h"
+#include "TemporaryFolder.h"
 #include "app/Log.h"
 #include "app/SafeStorage.h"
 #include "app/Version.h"
 
 #include <cstdlib>
-#include <fstream>
 #include <functional>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -18,40 +19,14 @@ namespace fs = std::filesystem;
 
 class FileAccessTest : public ::testing::Test {
 protected:
-    void SetUp() override
-    {
-        char name[] = "/tmp/navro-files-XXXXXX";
-        ASSERT_NE(::mkdtemp(name), nullptr);
-        folder_ = name;
-    }
-    void TearDown() override
-    {
-        std::error_code ignored;
-        fs::permissions(folder_, fs::perms::owner_all, ignored);
-        fs::remove_all(folder_, ignored);
-    }
-
     fs::path put(const std::string& name, const std::string& bytes)
     {
-        const fs::path path = folder_ / name;
-        std::ofstream(path, std::ios::binary) << bytes;
-        return path;
+        writeBytes(folder_ / name, bytes);
+        return folder_ / name;
     }
 
-    static std::string contents(const fs::path& path)
-    {
-        std::ifstream in(path, std::ios::binary);
-        return {std::istreambuf_iterator<char>(in), {}};
-    }
-
-    static mode_t modeOf(const fs::path& path)
-    {
-        struct stat info {};
-        ::stat(path.c_str(), &info);
-        return info.st_mode & 07777;
-    }
-
-    fs::path folder_;
+    TemporaryFolder temporary;
+    const fs::path folder_ = temporary.path();
 };
 
 TEST_F(FileAccessTest, ReadsARegularFileWholeAndWithinItsCap)
@@ -98,8 +73,8 @@ TEST_F(FileAccessTest, AtomicWritesArePrivateAndReplaceTheWholeFile)
     const fs::path file = folder_ / "clipboard.plist";
     ASSERT_EQ(writeFileAtomically(file, "first version, longer"), std::nullopt);
     ASSERT_EQ(writeFileAtomically(file, "second"), std::nullopt);
-    EXPECT_EQ(contents(file), "second");
-    EXPECT_EQ(modeOf(file), 0600u);
+    EXPECT_EQ(readBytes(file), "second");
+    EXPECT_EQ(permissionsOf(file), 0600u);
     // No temporary file is left beside it.
     EXPECT_EQ(std::distance(fs::directory_iterator(folder_), fs::directory_iterator()), 1);
 }
@@ -124,7 +99,7 @@ TEST_F(FileAccessTest, AFailedWriteSaysWhyAndLeavesNothingBehind)
     const auto error = writeFileAtomically(folder_ / "Navro/notes.json", "{}");
     ASSERT_TRUE(error.has_value());
     EXPECT_EQ(*error, "Not a directory");
-    EXPECT_EQ(contents(folder_ / "Navro"), "not a folder");
+    EXPECT_EQ(readBytes(folder_ / "Navro"), "not a folder");
     EXPECT_EQ(std::distance(fs::directory_iterator(folder_), fs::directory_iterator()), 1);
 }
 
@@ -149,10 +124,10 @@ TEST_F(FileAccessTest, PrivateFoldersAreCreatedWithTheirParentsAndMadePrivate)
 {
     const fs::path data = folder_ / "share/Navro";
     ASSERT_EQ(makePrivateFolder(data), std::nullopt);
-    EXPECT_EQ(modeOf(data), 0700u);
+    EXPECT_EQ(permissionsOf(data), 0700u);
     fs::permissions(data, fs::perms::all);
     ASSERT_EQ(makePrivateFolder(data), std::nullopt);
-    EXPECT_EQ(modeOf(data), 0700u);
+    EXPECT_EQ(permissionsOf(data), 0700u);
 
     put("plain", "x");
     EXPECT_TRUE(makePrivateFolder(folder_ / "plain").has_value());
@@ -171,17 +146,11 @@ TEST_F(FileAccessTest, TheDataAndConfigFoldersFollowTheirXdgVariables)
         {"XDG_CONFIG_HOME", configHome, "/srv/base", ".config"},
     };
     for (const auto& c : cases) {
-        const char* saved = std::getenv(c.variable);
-        const std::string restore = saved ? saved : "";
-        ::setenv(c.variable, "/srv/base", 1);
+        const ScopedEnvironment variable(c.variable, "/srv/base");
         EXPECT_EQ(c.folder(), c.fromVariable) << c.variable;
         // A relative value is not a valid base directory.
-        ::setenv(c.variable, "relative", 1);
+        variable.set("relative");
         EXPECT_EQ(c.folder(), fs::path(std::getenv("HOME")) / c.underHome) << c.variable;
-        if (saved)
-            ::setenv(c.variable, restore.c_str(), 1);
-        else
-            ::unsetenv(c.variable);
     }
 }
 
@@ -206,9 +175,9 @@ TEST_F(FileAccessTest, AnUnreadableFileIsCopiedAsideAndLeftInPlace)
     SafeStorage::backUpUnreadable(file, at + std::chrono::milliseconds(400));
 
     const std::string backup = SafeStorage::backupName("notes.json", applicationVersion(), at);
-    EXPECT_EQ(contents(folder_ / backup), "{\"todos\": [");
-    EXPECT_EQ(modeOf(folder_ / backup), 0600u);
-    EXPECT_EQ(contents(file), "changed since");
+    EXPECT_EQ(readBytes(folder_ / backup), "{\"todos\": [");
+    EXPECT_EQ(permissionsOf(folder_ / backup), 0600u);
+    EXPECT_EQ(readBytes(file), "changed since");
     const std::string line = "Navro: could not read notes.json; kept a copy at " + backup;
     EXPECT_EQ(log.lines, (std::vector<std::string>{line, line}));
 }

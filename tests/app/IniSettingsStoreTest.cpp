@@ -1,13 +1,14 @@
 #include "app/IniSettingsStore.h"
 
 #include "ManualClock.h"
+#include "ScopedEnvironment.h"
+#include "TemporaryFolder.h"
 #include "app/AppSettings.h"
 #include "app/Log.h"
 #include "app/SafeStorage.h"
 #include "app/Version.h"
 
 #include <csignal>
-#include <fstream>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -21,27 +22,10 @@ using namespace std::chrono_literals;
 
 class IniSettingsStoreTest : public ::testing::Test {
 protected:
-    void SetUp() override
-    {
-        char name[] = "/tmp/navro-settings-XXXXXX";
-        ASSERT_NE(::mkdtemp(name), nullptr);
-        root_ = name;
-    }
-    void TearDown() override { fs::remove_all(root_); }
-
     fs::path folder() const { return root_ / "Navro"; }
     fs::path file() const { return folder() / "Navro.conf"; }
 
-    void writeFile(const std::string& text)
-    {
-        fs::create_directories(folder());
-        std::ofstream(file(), std::ios::binary) << text;
-    }
-    static std::string contents(const fs::path& path)
-    {
-        std::ifstream in(path, std::ios::binary);
-        return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-    }
+    void writeFile(const std::string& text) { writeBytes(file(), text); }
     int entries() const
     {
         int count = 0;
@@ -49,17 +33,12 @@ protected:
             ++count;
         return count;
     }
-    static unsigned modeOf(const fs::path& path)
-    {
-        struct stat info {};
-        ::stat(path.c_str(), &info);
-        return info.st_mode & 07777;
-    }
     // Lets the pending write fall due.
     void settle(Duration by = IniSettingsStore::saveDelay) { clock_.advance(by); }
 
     ManualClock clock_;
-    fs::path root_;
+    TemporaryFolder temporary;
+    const fs::path root_ = temporary.path();
 };
 
 TEST_F(IniSettingsStoreTest, TellsAMissingKeyFromTextThatIsNotOfTheType)
@@ -166,9 +145,9 @@ TEST_F(IniSettingsStoreTest, ChangesAreWrittenPrivatelyOnceTheyStopComing)
     settle(IniSettingsStore::saveDelay / 2);
     EXPECT_FALSE(fs::exists(file())) << "a change that follows another waits for it";
     settle();
-    EXPECT_EQ(contents(file()), "[General]\nhoverDelay=0.3\n");
-    EXPECT_EQ(modeOf(file()), 0600u);
-    EXPECT_EQ(modeOf(folder()), 0700u);
+    EXPECT_EQ(readBytes(file()), "[General]\nhoverDelay=0.3\n");
+    EXPECT_EQ(permissionsOf(file()), 0600u);
+    EXPECT_EQ(permissionsOf(folder()), 0700u);
     EXPECT_FALSE(store.hasUnsavedChanges());
     EXPECT_EQ(clock_.pendingCount(), 0u) << "nothing is left to wake for";
 }
@@ -180,9 +159,9 @@ TEST_F(IniSettingsStoreTest, AFileOfAnEarlierVersionIsMadePrivateWhenItIsRead)
     fs::permissions(folder(), fs::perms(0755));
     CapturingLogSink log;
     IniSettingsStore store(clock_, file());
-    EXPECT_EQ(modeOf(file()), 0600u);
-    EXPECT_EQ(modeOf(folder()), 0700u);
-    EXPECT_EQ(contents(file()), "[General]\ntheme=dark\n") << "and left as it was otherwise";
+    EXPECT_EQ(permissionsOf(file()), 0600u);
+    EXPECT_EQ(permissionsOf(folder()), 0700u);
+    EXPECT_EQ(readBytes(file()), "[General]\ntheme=dark\n") << "and left as it was otherwise";
     EXPECT_TRUE(log.lines.empty());
 }
 
@@ -195,7 +174,7 @@ TEST_F(IniSettingsStoreTest, AnEditMadeMeanwhileSurvivesNavrosNextWrite)
     store.writeString("language", QStringLiteral("arabic"));
     settle();
 
-    EXPECT_EQ(contents(file()), "[General]\nlanguage=arabic\ntheme=light\n\n[Window]\nx=5\n");
+    EXPECT_EQ(readBytes(file()), "[General]\nlanguage=arabic\ntheme=light\n\n[Window]\nx=5\n");
 }
 
 TEST_F(IniSettingsStoreTest, SpecialFilesAreNeitherOpenedNorReplaced)
@@ -257,8 +236,8 @@ TEST_F(IniSettingsStoreTest, ADamagedFileSaysWhatWasKeptAndIsCopiedBeforeItIsRew
     settle();
     const fs::path copy =
         folder() / SafeStorage::backupName("Navro.conf", applicationVersion(), firstWrite);
-    EXPECT_EQ(contents(copy), original);
-    EXPECT_EQ(contents(file()), "[General]\nhoverDelay=0.4\nnotchEnabled=false\ntheme=dark\n");
+    EXPECT_EQ(readBytes(copy), original);
+    EXPECT_EQ(readBytes(file()), "[General]\nhoverDelay=0.4\nnotchEnabled=false\ntheme=dark\n");
 
     // Whole again, the file is not copied a second time.
     clock_.advance(10s);
@@ -299,7 +278,7 @@ TEST_F(IniSettingsStoreTest, AFailedWriteIsLoggedOnceShownAndRetriedUntilItWorks
     fs::remove(file());
     clock_.advance(IniSettingsStore::longestRetryDelay);
     EXPECT_FALSE(store.hasUnsavedChanges());
-    EXPECT_EQ(contents(file()), "[General]\nmusicInNotch=false\nnotchEnabled=false\n");
+    EXPECT_EQ(readBytes(file()), "[General]\nmusicInNotch=false\nnotchEnabled=false\n");
     EXPECT_TRUE(store.saveProblem().isEmpty());
     EXPECT_EQ(problemChanges, 2);
     EXPECT_TRUE(log.contains("settings saved to " + file().string() + " again"));
@@ -308,13 +287,12 @@ TEST_F(IniSettingsStoreTest, AFailedWriteIsLoggedOnceShownAndRetriedUntilItWorks
 
 TEST_F(IniSettingsStoreTest, AFileWhereTheFolderShouldBeStopsEveryWrite)
 {
-    fs::create_directories(root_);
-    std::ofstream(folder()) << "not a folder";
+    writeBytes(folder(), "not a folder");
     IniSettingsStore store(clock_, file());
     store.writeInt("clipboardLimit", 50);
     EXPECT_FALSE(store.saveNow());
     EXPECT_FALSE(store.saveProblem().isEmpty());
-    EXPECT_EQ(contents(folder()), "not a folder");
+    EXPECT_EQ(readBytes(folder()), "not a folder");
     EXPECT_EQ(store.readInt("clipboardLimit").value(), 50);
 }
 
@@ -339,19 +317,13 @@ TEST_F(IniSettingsStoreTest, AFullDiskIsAFailureLikeAnyOther)
         << store.saveProblem().toStdString();
     EXPECT_FALSE(fs::exists(file())) << "no half-written file";
     EXPECT_TRUE(store.saveNow()) << "with room again, the change is written";
-    EXPECT_NE(contents(file()).find(std::string(200, 'x')), std::string::npos);
+    EXPECT_NE(readBytes(file()).find(std::string(200, 'x')), std::string::npos);
 }
 
 TEST(IniSettingsStorePath, FollowsXdgConfigHome)
 {
-    const char* saved = std::getenv("XDG_CONFIG_HOME");
-    const std::string restore = saved ? saved : "";
-    ::setenv("XDG_CONFIG_HOME", "/srv/config", 1);
+    const ScopedEnvironment configHome("XDG_CONFIG_HOME", "/srv/config");
     EXPECT_EQ(IniSettingsStore::defaultPath(), fs::path("/srv/config/Navro/Navro.conf"));
-    if (saved)
-        ::setenv("XDG_CONFIG_HOME", restore.c_str(), 1);
-    else
-        ::unsetenv("XDG_CONFIG_HOME");
 }
 
 } // namespace

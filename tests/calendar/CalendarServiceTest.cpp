@@ -5,15 +5,13 @@
 #include "FakeSystemTimeEvents.h"
 #include "ManualClock.h"
 #include "QtTestApplication.h"
+#include "TemporaryFolder.h"
 #include "app/AppSettings.h"
 #include "app/Log.h"
 #include "notch/ActivityCenter.h"
 
-#include <QTemporaryDir>
-#include <fstream>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
 namespace navro {
 namespace {
@@ -70,12 +68,6 @@ std::string event(const std::string& uid, const std::string& title, const std::s
            "END:VEVENT\r\n";
 }
 
-void writeText(const std::filesystem::path& path, const std::string& text)
-{
-    std::filesystem::create_directories(path.parent_path());
-    std::ofstream(path, std::ios::binary | std::ios::trunc) << text;
-}
-
 std::vector<std::string> titles(const std::vector<Meeting>& events)
 {
     std::vector<std::string> list;
@@ -100,8 +92,8 @@ protected:
             CalendarService::Folders{folder / "cache", folder / "data"});
     }
 
-    QTemporaryDir temporary;
-    std::filesystem::path folder{temporary.path().toStdString()};
+    TemporaryFolder temporary;
+    const std::filesystem::path folder = temporary.path();
     ManualClock clock{utc(2024, 3, 10, 8, 0)};
     FakeSettingsStore store;
     AppSettings settings{store, [] { return QStringList(); }};
@@ -112,7 +104,7 @@ protected:
 
 TEST_F(CalendarServiceTest, EvolutionsCalendarFeedsTheNextMeetingToTheClosedNotch)
 {
-    writeText(
+    writeBytes(
         folder / "data/evolution/calendar/system/calendar.ics",
         document(
             event("h", "Holiday", "DTSTART;VALUE=DATE:20240310\r\n") +
@@ -184,9 +176,7 @@ TEST_F(CalendarServiceTest, LinksRefreshConditionallyKeepTheirLastGoodCopyAndLog
 
     const QString id = service->sourceList()[0].toMap()["id"].toString();
     const auto cached = folder / "cache" / (id.toStdString() + ".ics");
-    struct stat info {};
-    ASSERT_EQ(stat(cached.c_str(), &info), 0);
-    EXPECT_EQ(info.st_mode & 0777, 0600u);
+    EXPECT_EQ(permissionsOf(cached), 0600u);
 
     clock.advance(CalendarService::refreshInterval);
     ASSERT_EQ(fetcher.requests.size(), 1u);
@@ -227,8 +217,8 @@ TEST_F(CalendarServiceTest, LinksRefreshConditionallyKeepTheirLastGoodCopyAndLog
 TEST_F(CalendarServiceTest, FilesAreReadAgainWhenTheyChangeAndCanBeTurnedOff)
 {
     const auto path = folder / "team.ics";
-    writeText(path, document(event("a", "Lunch", "DTSTART:20240310T110000Z\r\n")));
-    writeText(folder / "broken.ics", "PK\x03\x04 not a calendar");
+    writeBytes(path, document(event("a", "Lunch", "DTSTART:20240310T110000Z\r\n")));
+    writeBytes(folder / "broken.ics", "PK\x03\x04 not a calendar");
     auto service = makeService();
     service->start();
     ASSERT_TRUE(service->addFile(QString::fromStdString("file://" + path.string())));
@@ -239,8 +229,8 @@ TEST_F(CalendarServiceTest, FilesAreReadAgainWhenTheyChangeAndCanBeTurnedOff)
     EXPECT_THAT(log.lines,
                 ElementsAre("Navro: could not read calendar broken: not an iCalendar document"));
 
-    writeText(path, document(event("a", "Lunch", "DTSTART:20240310T110000Z\r\n") +
-                             event("b", "Coffee", "DTSTART:20240310T150000Z\r\n")));
+    writeBytes(path, document(event("a", "Lunch", "DTSTART:20240310T110000Z\r\n") +
+                              event("b", "Coffee", "DTSTART:20240310T150000Z\r\n")));
     EXPECT_TRUE(waitFor([&] {
         clock.advance(300ms);
         return service->upcoming().size() == 2;

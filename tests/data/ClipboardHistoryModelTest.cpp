@@ -4,6 +4,7 @@
 #include "FakeSettingsStore.h"
 #include "ManualClock.h"
 #include "QtTestApplication.h"
+#include "TemporaryFolder.h"
 #include "app/AppSettings.h"
 #include "app/Log.h"
 #include "data/ClipboardStore.h"
@@ -18,10 +19,8 @@ protected:
     void SetUp() override
     {
         testApplication();
-        char name[] = "/tmp/navro-history-XXXXXX";
-        ASSERT_NE(::mkdtemp(name), nullptr);
-        folder_ = name;
-        store = std::make_unique<ClipboardStore>(settings, clock, pasteboard, frontmost, folder_);
+        store = std::make_unique<ClipboardStore>(settings, clock, pasteboard, frontmost,
+                                                 folder_.path());
         store->start();
         model = std::make_unique<ClipboardHistoryModel>(*store);
 
@@ -38,12 +37,6 @@ protected:
         image.fill(Qt::black);
         pasteboard.copy(FakePasteboard::image(image));
     }
-    void TearDown() override
-    {
-        model.reset();
-        store.reset();
-        std::filesystem::remove_all(folder_);
-    }
 
     QStringList shown(int role = ClipboardHistoryModel::previewRole) const
     {
@@ -53,7 +46,7 @@ protected:
         return values;
     }
 
-    std::filesystem::path folder_;
+    TemporaryFolder folder_;
     FakeSettingsStore settingsStore;
     AppSettings settings{settingsStore, [] { return QStringList{"en-GB"}; }};
     ManualClock clock;

@@ -5,6 +5,7 @@
 #include "FakeSettingsStore.h"
 #include "ManualClock.h"
 #include "QtTestApplication.h"
+#include "TemporaryFolder.h"
 #include "app/AppSettings.h"
 #include "app/FileAccess.h"
 #include "app/Log.h"
@@ -13,9 +14,7 @@
 #include "data/ClipboardHistoryFile.h"
 
 #include <QUuid>
-#include <fstream>
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
 namespace navro {
 namespace {
@@ -30,35 +29,9 @@ QImage solidImage(QColor color, QSize size = {4, 3})
     return image;
 }
 
-std::string contents(const fs::path& path)
-{
-    std::ifstream in(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
-}
-
-mode_t modeOf(const fs::path& path)
-{
-    struct stat info {};
-    ::stat(path.c_str(), &info);
-    return info.st_mode & 07777;
-}
-
 class ClipboardStoreTest : public ::testing::Test {
 protected:
-    void SetUp() override
-    {
-        testApplication();
-        char name[] = "/tmp/navro-clipboard-XXXXXX";
-        ASSERT_NE(::mkdtemp(name), nullptr);
-        root_ = name;
-        folder = root_ / "Navro";
-    }
-    void TearDown() override
-    {
-        std::error_code ignored;
-        fs::permissions(root_, fs::perms::owner_all, ignored);
-        fs::remove_all(root_, ignored);
-    }
+    void SetUp() override { testApplication(); }
 
     std::unique_ptr<ClipboardStore> startStore()
     {
@@ -78,7 +51,7 @@ protected:
 
     std::vector<ClipboardItem> onDisk() const
     {
-        const auto history = decodeClipboardHistory(contents(folder / "clipboard.plist"));
+        const auto history = decodeClipboardHistory(readBytes(folder / "clipboard.plist"));
         EXPECT_TRUE(history) << "clipboard.plist is not readable";
         return history ? history->items : std::vector<ClipboardItem>{};
     }
@@ -99,8 +72,8 @@ protected:
             pasteboard.copy(FakePasteboard::text(QString("text %1").arg(i)));
     }
 
-    fs::path root_;
-    fs::path folder;
+    TemporaryFolder temporary;
+    const fs::path folder = temporary / "Navro";
     FakeSettingsStore settingsStore;
     AppSettings settings{settingsStore, [] { return QStringList{"en-GB"}; }};
     ManualClock clock;
@@ -230,7 +203,7 @@ TEST_F(ClipboardStoreTest, ConcealedContentIsConsumedButNeverRecorded)
         store->check();
         EXPECT_EQ(store->items().size(), c.recorded ? 1u : 0u) << c.types.join(",").toStdString();
         if (!c.recorded) {
-            EXPECT_EQ(contents(store->historyFile()).find("p4ssw0rd"), std::string::npos);
+            EXPECT_EQ(readBytes(store->historyFile()).find("p4ssw0rd"), std::string::npos);
         }
         store->clear();
     }
@@ -391,10 +364,10 @@ TEST_F(ClipboardStoreTest, TheHistorySurvivesARestartAndIsPrivate)
     auto store = startStore();
     EXPECT_EQ(store->items(), before);
     ASSERT_EQ(store->items().size(), 2u);
-    EXPECT_EQ(modeOf(folder), 0700u);
-    EXPECT_EQ(modeOf(store->historyFile()), 0600u);
-    EXPECT_EQ(modeOf(store->imagesFolder()), 0700u);
-    EXPECT_EQ(modeOf(store->imagesFolder() / *store->items()[0].imageFile), 0600u);
+    EXPECT_EQ(permissionsOf(folder), 0700u);
+    EXPECT_EQ(permissionsOf(store->historyFile()), 0600u);
+    EXPECT_EQ(permissionsOf(store->imagesFolder()), 0700u);
+    EXPECT_EQ(permissionsOf(store->imagesFolder() / *store->items()[0].imageFile), 0600u);
 }
 
 TEST_F(ClipboardStoreTest, AnUnreadableHistoryIsKeptAsideAndTheStoreStartsEmpty)
@@ -410,13 +383,13 @@ TEST_F(ClipboardStoreTest, AnUnreadableHistoryIsKeptAsideAndTheStoreStartsEmpty)
         EXPECT_TRUE(store->items().empty());
         const std::string backup =
             SafeStorage::backupName("clipboard.plist", applicationVersion(), clock.now());
-        EXPECT_EQ(contents(folder / backup), bytes);
+        EXPECT_EQ(readBytes(folder / backup), bytes);
         EXPECT_TRUE(log.contains("could not read clipboard.plist; kept a copy at " + backup));
         // Still there until the next save replaces it.
-        EXPECT_EQ(contents(folder / "clipboard.plist"), bytes);
+        EXPECT_EQ(readBytes(folder / "clipboard.plist"), bytes);
         pasteboard.copy(FakePasteboard::text("fresh"));
         EXPECT_EQ(onDisk().size(), 1u);
-        EXPECT_EQ(contents(folder / backup), bytes);
+        EXPECT_EQ(readBytes(folder / backup), bytes);
         store.reset();
         fs::remove(folder / backup);
         clock.advance(1s);

@@ -4,12 +4,13 @@
 #include "FakeSettingsStore.h"
 #include "FakeSystemTimeEvents.h"
 #include "ManualClock.h"
+#include "TemporaryFolder.h"
 #include "app/AppSettings.h"
 #include "app/Log.h"
+#include "app/SafeStorage.h"
 #include "app/Version.h"
 #include "data/NotesFile.h"
 
-#include <fstream>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
@@ -32,20 +33,6 @@ const WallTime mayNoon = utc(2026, 5, 10, 9);
 
 class NotesStoreTest : public ::testing::Test {
 protected:
-    void SetUp() override
-    {
-        char name[] = "/tmp/navro-notes-XXXXXX";
-        ASSERT_NE(::mkdtemp(name), nullptr);
-        root_ = name;
-        file_ = root_ / "Navro" / "notes.json";
-    }
-    void TearDown() override
-    {
-        store_.reset();
-        std::error_code ignored;
-        fs::remove_all(root_, ignored);
-    }
-
     NotesStore& start()
     {
         store_ = std::make_unique<NotesStore>(clock, settings, events, notifier, file_);
@@ -58,16 +45,8 @@ protected:
     }
     NotesStore& store() { return *store_; }
 
-    void putFile(const std::string& bytes)
-    {
-        fs::create_directories(file_.parent_path());
-        std::ofstream(file_, std::ios::binary) << bytes;
-    }
-    std::string fileBytes() const
-    {
-        std::ifstream in(file_, std::ios::binary);
-        return {std::istreambuf_iterator<char>(in), {}};
-    }
+    void putFile(const std::string& bytes) { writeBytes(file_, bytes); }
+    std::string fileBytes() const { return readBytes(file_); }
     // A new inode is a new write: every save replaces the file by renaming a fresh one over it.
     ino_t fileIdentity() const
     {
@@ -107,8 +86,8 @@ protected:
     ManualClock clock{mayNoon};
     FakeSystemTimeEvents events{"Asia/Riyadh"};
     FakeDesktopNotifier notifier;
-    fs::path root_;
-    fs::path file_;
+    TemporaryFolder root_;
+    const fs::path file_ = root_ / "Navro" / "notes.json";
     std::unique_ptr<NotesStore> store_;
 };
 
@@ -417,13 +396,9 @@ TEST_F(NotesStoreTest, AnUnreadableFileIsKeptAsideAndTheStoreStartsEmpty)
         EXPECT_TRUE(store().todos().empty()) << what;
         EXPECT_TRUE(store().note().isEmpty()) << what;
         const std::string backup =
-            "notes.unreadable-" + std::string(applicationVersion()) + "-" +
-            std::to_string(
-                duration_cast<std::chrono::seconds>(clock.now().time_since_epoch()).count()) +
-            ".json";
+            SafeStorage::backupName("notes.json", applicationVersion(), clock.now());
         EXPECT_TRUE(log.contains("could not read notes.json; kept a copy at " + backup)) << what;
-        std::ifstream copy(file_.parent_path() / backup, std::ios::binary);
-        EXPECT_EQ(std::string(std::istreambuf_iterator<char>(copy), {}), bytes) << what;
+        EXPECT_EQ(readBytes(file_.parent_path() / backup), bytes) << what;
         EXPECT_EQ(fileBytes(), bytes) << what << ": the file itself waits for the next save";
         store().add("new");
         EXPECT_EQ(texts(onDisk().todos), std::vector<std::string>{"new"});

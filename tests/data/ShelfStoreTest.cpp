@@ -3,14 +3,13 @@
 #include "FakeDesktopFiles.h"
 #include "FakeSettingsStore.h"
 #include "ManualClock.h"
+#include "TemporaryFolder.h"
 #include "app/AppSettings.h"
 #include "app/Log.h"
 #include "app/Version.h"
 #include "data/ShelfFile.h"
 
-#include <fstream>
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
 namespace navro {
 namespace {
@@ -25,19 +24,9 @@ class ShelfStoreTest : public ::testing::Test {
 protected:
     void SetUp() override
     {
-        char name[] = "/tmp/navro-shelf-XXXXXX";
-        ASSERT_NE(::mkdtemp(name), nullptr);
-        root_ = name;
-        folder_ = root_ / "Navro";
         fs::create_directories(root_ / "files" / "folder");
         for (const char* file : {"a.txt", "b.png", "c.pdf"})
-            std::ofstream(root_ / "files" / file) << file;
-    }
-    void TearDown() override
-    {
-        store_.reset();
-        std::error_code ignored;
-        fs::remove_all(root_, ignored);
+            writeBytes(root_ / "files" / file, file);
     }
 
     ShelfStore& start()
@@ -47,19 +36,9 @@ protected:
     }
     ShelfStore& store() { return *store_; }
 
-    void put(const fs::path& file, const std::string& bytes)
-    {
-        fs::create_directories(file.parent_path());
-        std::ofstream(file, std::ios::binary) << bytes;
-    }
-    static std::string read(const fs::path& file)
-    {
-        std::ifstream in(file, std::ios::binary);
-        return {std::istreambuf_iterator<char>(in), {}};
-    }
     std::vector<ShelfSection> onDisk() const
     {
-        const auto decoded = decodeShelf(read(folder_ / "shelf.json"), clock.now(), [] {
+        const auto decoded = decodeShelf(readBytes(folder_ / "shelf.json"), clock.now(), [] {
             return std::string("00000000-0000-4000-8000-000000000000");
         });
         EXPECT_TRUE(decoded.sections) << decoded.error;
@@ -85,7 +64,8 @@ protected:
     AppSettings settings{settingsStore, [] { return QStringList{"en-US"}; }};
     ManualClock clock{startTime};
     FakeDesktopFiles files;
-    fs::path root_, folder_;
+    TemporaryFolder root_;
+    const fs::path folder_ = root_ / "Navro";
     std::unique_ptr<ShelfStore> store_;
 };
 
@@ -122,9 +102,7 @@ TEST_F(ShelfStoreTest, DroppedFilesLandInTheSectionAndSurviveARestart)
     EXPECT_EQ(sections[0].items[0].added, startTime);
     EXPECT_FALSE(sections[0].items[0].isFolder);
     EXPECT_TRUE(sections[0].items[1].isFolder);
-    struct stat info {};
-    ASSERT_EQ(::stat((folder_ / "shelf.json").c_str(), &info), 0);
-    EXPECT_EQ(info.st_mode & 0777, 0600u);
+    EXPECT_EQ(permissionsOf(folder_ / "shelf.json"), 0600u);
 
     const QString work = store().addSection(QStringLiteral("Work"));
     EXPECT_EQ(store().addPaths(work, {file("b.png")}), 1);
@@ -212,8 +190,8 @@ TEST_F(ShelfStoreTest, EveryEditIsWrittenAtOnce)
 TEST_F(ShelfStoreTest, AnUnreadableFileIsKeptAsideAndTheShelfStartsOver)
 {
     const std::string bytes = R"({"sections":[{"name":"Lost?","items":{}}]})";
-    put(folder_ / "shelf.json", bytes);
-    put(folder_ / "shelf.plist", "never read while shelf.json is there");
+    writeBytes(folder_ / "shelf.json", bytes);
+    writeBytes(folder_ / "shelf.plist", "never read while shelf.json is there");
     CapturingLogSink log;
     start();
     ASSERT_EQ(store().shelf().sections().size(), 1u);
@@ -224,8 +202,8 @@ TEST_F(ShelfStoreTest, AnUnreadableFileIsKeptAsideAndTheShelfStartsOver)
         ".json";
     EXPECT_TRUE(log.contains("shelf.json is damaged: section 1: \"items\" is not a list"));
     EXPECT_TRUE(log.contains("could not read shelf.json; kept a copy at " + backup));
-    EXPECT_EQ(read(folder_ / backup), bytes);
-    EXPECT_EQ(read(folder_ / "shelf.json"), bytes); // until the next change
+    EXPECT_EQ(readBytes(folder_ / backup), bytes);
+    EXPECT_EQ(readBytes(folder_ / "shelf.json"), bytes); // until the next change
     EXPECT_FALSE(log.contains("shelf.plist"));
 }
 
@@ -234,14 +212,14 @@ TEST_F(ShelfStoreTest, TheOlderPropertyListIsReadOnceAndTheShelfWrittenAsJson)
     const std::string plist = R"(<?xml version="1.0" encoding="UTF-8"?>
 <plist version="1.0"><array><dict><key>name</key><string>Old</string><key>items</key><array>
 <dict><key>path</key><string>/home/u/a.txt</string></dict></array></dict></array></plist>)";
-    put(folder_ / "shelf.plist", plist);
+    writeBytes(folder_ / "shelf.plist", plist);
     CapturingLogSink log;
     start();
     ASSERT_EQ(store().shelf().sections().size(), 1u);
     EXPECT_EQ(store().shelf().sections()[0].name, "Old");
     EXPECT_EQ(onDisk(), store().shelf().sections());
     EXPECT_TRUE(log.contains("moved the shelf from shelf.plist to shelf.json"));
-    EXPECT_EQ(read(folder_ / "shelf.plist"), plist); // left as it was
+    EXPECT_EQ(readBytes(folder_ / "shelf.plist"), plist); // left as it was
 
     // From now on the JSON file is the shelf, whatever the older file says.
     store().renameSection(QString::fromStdString(store().shelf().sections()[0].id), "New");
@@ -251,7 +229,7 @@ TEST_F(ShelfStoreTest, TheOlderPropertyListIsReadOnceAndTheShelfWrittenAsJson)
 
     // An unreadable older file is kept aside like any other.
     fs::remove(folder_ / "shelf.json");
-    put(folder_ / "shelf.plist", "<plist><dict>");
+    writeBytes(folder_ / "shelf.plist", "<plist><dict>");
     CapturingLogSink again;
     store_.reset();
     start();

@@ -4,6 +4,7 @@
 #include "FakeTimerParts.h"
 #include "ManualClock.h"
 #include "QtTestApplication.h"
+#include "TemporaryFolder.h"
 #include "app/AppSettings.h"
 #include "app/Log.h"
 
@@ -11,7 +12,6 @@
 #include <QTemporaryDir>
 #include <QUrl>
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
 namespace navro {
 namespace {
@@ -385,10 +385,8 @@ TEST(TimerService, OpensTheFolderOfFocusActionsCreatingItFirst)
     QDesktopServices::unsetUrlHandler("file");
 
     EXPECT_EQ(recorder.opened, QList<QUrl>{QUrl::fromLocalFile(folder)});
-    struct stat info {};
-    ASSERT_EQ(::stat(folder.toLocal8Bit().constData(), &info), 0);
-    EXPECT_TRUE(S_ISDIR(info.st_mode));
-    EXPECT_EQ(info.st_mode & 0777, 0700u);
+    EXPECT_TRUE(std::filesystem::is_directory(folder.toStdString()));
+    EXPECT_EQ(permissionsOf(folder.toStdString()), 0700u);
 }
 
 } // namespace

@@ -57,60 +57,45 @@ TEST(SystemVolume, SetIsClampedAndShownAtOnce)
     }
 }
 
-TEST(SystemVolume, AFailedSetGoesBackToWhatTheOutputHas)
+// A set asks for the volume first and, on a muted output raised above zero, for the unmute
+// after it; each step shows only what the system agreed to.
+TEST(SystemVolume, ASetAsksForTheVolumeThenUnmutesWhatWasRaised)
 {
-    Fixture f;
-    f.volume->set(0.9);
-    f.outputs.answer(false);
-    EXPECT_DOUBLE_EQ(f.volume->volume(), 0.5);
-}
-
-TEST(SystemVolume, RaisingAMutedOutputUnmutesIt)
-{
-    Fixture f;
-    f.outputs.state.outputs[0].muted = true;
-    f.outputs.publish();
-    ASSERT_TRUE(f.volume->isMuted());
-    f.volume->set(0.7);
-    f.outputs.answer(true);
-    ASSERT_EQ(f.outputs.requests.size(), 1u);
-    EXPECT_EQ(f.outputs.requests[0].what, "mute");
-    EXPECT_EQ(f.outputs.requests[0].value, 0.0);
-    f.outputs.answer(true);
-    EXPECT_FALSE(f.volume->isMuted());
-    EXPECT_DOUBLE_EQ(f.volume->volume(), 0.7);
-}
-
-TEST(SystemVolume, LoweringToZeroDoesNotMute)
-{
-    Fixture f;
-    f.volume->set(0);
-    f.outputs.answer(true);
-    EXPECT_TRUE(f.outputs.requests.empty());
-    EXPECT_FALSE(f.volume->isMuted());
-    EXPECT_DOUBLE_EQ(f.volume->volume(), 0);
-}
-
-TEST(SystemVolume, AMutedOutputLoweredToZeroStaysMuted)
-{
-    Fixture f;
-    f.outputs.state.outputs[0].muted = true;
-    f.outputs.publish();
-    f.volume->set(-1);
-    f.outputs.answer(true);
-    EXPECT_TRUE(f.outputs.requests.empty());
-    EXPECT_TRUE(f.volume->isMuted());
-}
-
-TEST(SystemVolume, AnUnmuteThatFailsLeavesItMuted)
-{
-    Fixture f;
-    f.outputs.state.outputs[0].muted = true;
-    f.outputs.publish();
-    f.volume->set(0.6);
-    f.outputs.answer(true);
-    f.outputs.answer(false);
-    EXPECT_TRUE(f.volume->isMuted());
+    using Asked = std::pair<std::string, double>;
+    struct Case {
+        const char* what;
+        bool muted;
+        double set;
+        std::vector<bool> answers;
+        std::vector<Asked> asked;
+        bool mutedAfter;
+        double volumeAfter;
+    };
+    const Case cases[] = {
+        {"a failed set goes back", false, 0.9, {false}, {{"volume", 0.9}}, false, 0.5},
+        {"raised while muted", true, 0.7, {true, true}, {{"volume", 0.7}, {"mute", 0}}, false, 0.7},
+        {"lowered to zero: not muted", false, 0, {true}, {{"volume", 0}}, false, 0},
+        {"muted, lowered to zero", true, -1, {true}, {{"volume", 0}}, true, 0},
+        {"the unmute fails", true, 0.6, {true, false}, {{"volume", 0.6}, {"mute", 0}}, true, 0.6},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        Fixture f;
+        f.outputs.state.outputs[0].muted = c.muted;
+        f.outputs.publish();
+        ASSERT_EQ(f.volume->isMuted(), c.muted);
+        f.volume->set(c.set);
+        std::vector<Asked> asked;
+        for (bool succeeded : c.answers) {
+            ASSERT_FALSE(f.outputs.requests.empty());
+            asked.emplace_back(f.outputs.requests[0].what, f.outputs.requests[0].value);
+            f.outputs.answer(succeeded);
+        }
+        EXPECT_EQ(asked, c.asked);
+        EXPECT_TRUE(f.outputs.requests.empty());
+        EXPECT_EQ(f.volume->isMuted(), c.mutedAfter);
+        EXPECT_DOUBLE_EQ(f.volume->volume(), c.volumeAfter);
+    }
 }
 
 TEST(SystemVolume, ToggleMuteChangesOnlyWhenTheSystemAgrees)

@@ -1,11 +1,11 @@
 #include "platform/linux/BusProbe.h"
 
+#include "ListeningSocket.h"
+
 #include <QProcess>
 #include <QTemporaryDir>
-#include <cstring>
 #include <gtest/gtest.h>
 #include <sys/socket.h>
-#include <sys/un.h>
 #include <thread>
 #include <unistd.h>
 
@@ -14,26 +14,6 @@ namespace {
 
 using namespace std::chrono_literals;
 using Answer = BusProbe::Answer;
-
-// A listening socket that answers each connection the way `serve` says, or not at all.
-class Listener {
-public:
-    explicit Listener(const std::string& path) : fd_(::socket(AF_UNIX, SOCK_STREAM, 0))
-    {
-        sockaddr_un address{};
-        address.sun_family = AF_UNIX;
-        std::memcpy(address.sun_path, path.data(), path.size());
-        ok_ = ::bind(fd_, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0 &&
-              ::listen(fd_, 8) == 0;
-    }
-    ~Listener() { ::close(fd_); }
-    bool ok() const { return ok_; }
-    int fd() const { return fd_; }
-
-private:
-    int fd_;
-    bool ok_ = false;
-};
 
 TEST(BusProbe, TellsABusThatAnswersFromOneThatSaysNothingAndFromNone)
 {
@@ -48,7 +28,7 @@ TEST(BusProbe, TellsABusThatAnswersFromOneThatSaysNothingAndFromNone)
     const std::string busAddress = daemon.readAllStandardOutput().trimmed().toStdString();
     EXPECT_EQ(probeBus(busAddress, 2s).answer, Answer::answers);
 
-    Listener silent(base + "/silent");
+    ListeningSocket silent(base + "/silent");
     ASSERT_TRUE(silent.ok());
     const auto started = std::chrono::steady_clock::now();
     const BusProbe quiet = probeBus("unix:path=" + base + "/silent", 200ms);
@@ -57,7 +37,7 @@ TEST(BusProbe, TellsABusThatAnswersFromOneThatSaysNothingAndFromNone)
     EXPECT_NE(quiet.detail.find("200 ms"), std::string::npos) << quiet.detail;
 
     // One that takes the connection in and hangs up at once fails fast in the bus library too.
-    Listener closing(base + "/closing");
+    ListeningSocket closing(base + "/closing");
     ASSERT_TRUE(closing.ok());
     std::thread hangUp([&] { ::close(::accept(closing.fd(), nullptr, nullptr)); });
     EXPECT_EQ(probeBus("unix:path=" + base + "/closing", 2s).answer, Answer::absent);

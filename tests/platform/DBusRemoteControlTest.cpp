@@ -1,5 +1,6 @@
 #include "platform/linux/DBusRemoteControl.h"
 
+#include "ListeningSocket.h"
 #include "PrivateBus.h"
 #include "QtTestApplication.h"
 #include "app/Log.h"
@@ -14,11 +15,7 @@
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTimer>
-#include <cstring>
 #include <gtest/gtest.h>
-#include <sys/socket.h>
-#include <sys/un.h>
-#include <unistd.h>
 
 namespace navro {
 namespace {
@@ -149,14 +146,20 @@ protected:
     {
         ASSERT_FALSE(bus().address().isEmpty()) << "dbus-daemon did not start";
     }
+    void publish()
+    {
+        publisher = publishRemoteControl(bus().address(), target);
+        ASSERT_NE(publisher, nullptr);
+    }
+
+    RecordingTarget target;
+    std::unique_ptr<RemoteControlPublisher> publisher;
+    QDBusConnection client = connect();
 };
 
 TEST_F(DBusRemoteControlTest, MethodsReachTheTargetFromAnotherConnection)
 {
-    RecordingTarget target;
-    auto publisher = publishRemoteControl(bus().address(), target);
-    ASSERT_NE(publisher, nullptr);
-    QDBusConnection client = connect();
+    publish();
 
     for (const QDBusMessage& message :
          {method("Open", {true}), method("Open", {false}), method("Close"), method("Toggle"),
@@ -182,10 +185,7 @@ TEST_F(DBusRemoteControlTest, MethodsReachTheTargetFromAnotherConnection)
 
 TEST_F(DBusRemoteControlTest, OpenTabRefusesATabTheTargetDoesNotKnowWithInvalidArgs)
 {
-    RecordingTarget target;
-    auto publisher = publishRemoteControl(bus().address(), target);
-    ASSERT_NE(publisher, nullptr);
-    QDBusConnection client = connect();
+    publish();
 
     for (const QString& known : {QString("clipboard"), QString("prayer")}) {
         const QDBusMessage reply = callAndWait(client, method("OpenTab", {known}));
@@ -208,11 +208,8 @@ TEST_F(DBusRemoteControlTest, OpenTabRefusesATabTheTargetDoesNotKnowWithInvalidA
 
 TEST_F(DBusRemoteControlTest, StatePropertyMirrorsTheTargetAndIsReadOnly)
 {
-    RecordingTarget target;
     target.state = {"open", "prayer", "timer", false, true, "arabic"};
-    auto publisher = publishRemoteControl(bus().address(), target);
-    ASSERT_NE(publisher, nullptr);
-    QDBusConnection client = connect();
+    publish();
 
     EXPECT_EQ(readState(client), (QVariantMap{{"status", "open"},
                                               {"selectedTab", "prayer"},
@@ -231,10 +228,7 @@ TEST_F(DBusRemoteControlTest, StatePropertyMirrorsTheTargetAndIsReadOnly)
 
 TEST_F(DBusRemoteControlTest, PropertiesChangedOnlyForRealChanges)
 {
-    RecordingTarget target;
-    auto publisher = publishRemoteControl(bus().address(), target);
-    ASSERT_NE(publisher, nullptr);
-    QDBusConnection client = connect();
+    publish();
     SignalRecorder recorder;
     ASSERT_TRUE(recorder.listen(client));
 
@@ -258,11 +252,8 @@ TEST_F(DBusRemoteControlTest, PropertiesChangedOnlyForRealChanges)
 
 TEST_F(DBusRemoteControlTest, TimerIsReadableStartableAndStoppable)
 {
-    RecordingTarget target;
     target.timer = {"paused", 90, 360, true};
-    auto publisher = publishRemoteControl(bus().address(), target);
-    ASSERT_NE(publisher, nullptr);
-    QDBusConnection client = connect();
+    publish();
 
     EXPECT_EQ(
         readProperty(client, "Timer"),
@@ -287,10 +278,7 @@ TEST_F(DBusRemoteControlTest, TimerIsReadableStartableAndStoppable)
 
 TEST_F(DBusRemoteControlTest, TimerChangesAreAnnouncedEachTime)
 {
-    RecordingTarget target;
-    auto publisher = publishRemoteControl(bus().address(), target);
-    ASSERT_NE(publisher, nullptr);
-    QDBusConnection client = connect();
+    publish();
     SignalRecorder recorder;
     ASSERT_TRUE(recorder.listen(client));
 
@@ -312,15 +300,11 @@ TEST_F(DBusRemoteControlTest, TimerChangesAreAnnouncedEachTime)
 
 TEST_F(DBusRemoteControlTest, SecondLaunchHandsOverToTheFirstAndCannotTakeTheName)
 {
-    QDBusConnection client = connect();
     EXPECT_TRUE(handOverToRunningInstance(client, 0ms).has_value()) << "nobody runs yet";
 
-    RecordingTarget first;
-    auto publisher = publishRemoteControl(bus().address(), first);
-    ASSERT_NE(publisher, nullptr);
-
+    publish();
     EXPECT_EQ(handOverToRunningInstance(client, 0ms), std::nullopt);
-    EXPECT_EQ(first.calls, QStringList{"open(1)"});
+    EXPECT_EQ(target.calls, QStringList{"open(1)"});
 
     CapturingLogSink log;
     RecordingTarget second;
@@ -328,7 +312,7 @@ TEST_F(DBusRemoteControlTest, SecondLaunchHandsOverToTheFirstAndCannotTakeTheNam
     EXPECT_EQ(rival.outcome(), DBusRemoteControl::Outcome::nameTaken)
         << rival.failure().toStdString();
     EXPECT_TRUE(callAndWait(client, method("Toggle")).type() == QDBusMessage::ReplyMessage);
-    EXPECT_EQ(first.calls.last(), "toggle");
+    EXPECT_EQ(target.calls.last(), "toggle");
     EXPECT_TRUE(second.calls.isEmpty());
     EXPECT_TRUE(log.lines.empty()) << "the rival only reports; its owner decides what to say";
 
@@ -341,50 +325,25 @@ TEST_F(DBusRemoteControlTest, SecondLaunchHandsOverToTheFirstAndCannotTakeTheNam
 
 TEST_F(DBusRemoteControlTest, AHandOverWaitsForANavroThatIsStillStarting)
 {
-    QDBusConnection client = connect();
-    RecordingTarget first;
-    std::unique_ptr<RemoteControlPublisher> publisher;
     // The first Navro takes its name a moment after the second launch began to look.
-    QTimer::singleShot(300ms, [&] { publisher = publishRemoteControl(bus().address(), first); });
-
+    QTimer::singleShot(300ms, [&] { publish(); });
     EXPECT_EQ(handOverToRunningInstance(client, 10s), std::nullopt);
-    EXPECT_EQ(first.calls, QStringList{"open(1)"});
+    EXPECT_EQ(target.calls, QStringList{"open(1)"});
 }
 
 TEST_F(DBusRemoteControlTest, WithoutABusNavroRunsOnAfterOneLogLine)
 {
     QTemporaryDir folder;
     CapturingLogSink log;
-    RecordingTarget target;
     QDBusConnection nowhere =
         QDBusConnection::connectToBus("unix:path=" + folder.filePath("no-bus-here"), "nowhere");
     EXPECT_TRUE(handOverToRunningInstance(nowhere, 0ms).has_value());
-    auto publisher = publishRemoteControl("unix:path=" + folder.filePath("no-bus-here"), target);
+    publisher = publishRemoteControl("unix:path=" + folder.filePath("no-bus-here"), target);
     ASSERT_NE(publisher, nullptr) << "it waits for a bus to come";
     publisher->stateChanged(); // harmless while unpublished
     ASSERT_EQ(log.lines.size(), 1u);
     EXPECT_EQ(log.lines[0].rfind("Navro: remote control unavailable: ", 0), 0u) << log.lines[0];
 }
-
-// A socket that takes connections in and never says a word, as a hung bus does.
-class SilentServer {
-public:
-    explicit SilentServer(const QString& path) : fd_(::socket(AF_UNIX, SOCK_STREAM, 0))
-    {
-        sockaddr_un address{};
-        address.sun_family = AF_UNIX;
-        const QByteArray name = path.toLocal8Bit();
-        std::memcpy(address.sun_path, name.constData(), size_t(name.size()));
-        ok_ = ::bind(fd_, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0 &&
-              ::listen(fd_, 8) == 0;
-    }
-    ~SilentServer() { ::close(fd_); }
-    bool ok() const { return ok_; }
-
-private:
-    int fd_;
-    bool ok_ = false;
-};
 
 // After the bus goes away and comes back (a restart of the session's bus, or a bus that hung at
 // start and was replaced), the name is Navro's again without anyone asking.
@@ -392,10 +351,9 @@ TEST_F(DBusRemoteControlTest, TheNameIsTakenBackWhenTheBusComesBack)
 {
     QTemporaryDir folder;
     const QString path = folder.filePath("bus");
-    auto silent = std::make_unique<SilentServer>(path);
+    auto silent = std::make_unique<ListeningSocket>(path.toStdString());
     ASSERT_TRUE(silent->ok());
     CapturingLogSink log;
-    RecordingTarget target;
     // The address the session gave names the bus of that moment (its guid); every bus that
     // starts there later has another.
     DBusRemoteControl control("unix:path=" + path + ",guid=0123456789abcdef0123456789abcdef",
@@ -416,8 +374,8 @@ TEST_F(DBusRemoteControlTest, TheNameIsTakenBackWhenTheBusComesBack)
     ASSERT_TRUE(
         waitFor([&] { return control.outcome() == DBusRemoteControl::Outcome::published; }));
     {
-        QDBusConnection client = connect("unix:path=" + path);
-        EXPECT_TRUE(client.interface()->isServiceRegistered(remoteServiceName).value());
+        QDBusConnection onNewBus = connect("unix:path=" + path);
+        EXPECT_TRUE(onNewBus.interface()->isServiceRegistered(remoteServiceName).value());
     }
 
     // The bus stops and starts again.
@@ -428,9 +386,9 @@ TEST_F(DBusRemoteControlTest, TheNameIsTakenBackWhenTheBusComesBack)
     ASSERT_TRUE(startDaemon());
     ASSERT_TRUE(
         waitFor([&] { return control.outcome() == DBusRemoteControl::Outcome::published; }));
-    QDBusConnection client = connect("unix:path=" + path);
-    EXPECT_TRUE(client.interface()->isServiceRegistered(remoteServiceName).value());
-    EXPECT_EQ(callAndWait(client, method("Toggle")).type(), QDBusMessage::ReplyMessage);
+    QDBusConnection onNewBus = connect("unix:path=" + path);
+    EXPECT_TRUE(onNewBus.interface()->isServiceRegistered(remoteServiceName).value());
+    EXPECT_EQ(callAndWait(onNewBus, method("Toggle")).type(), QDBusMessage::ReplyMessage);
     EXPECT_EQ(target.calls, QStringList{"toggle"});
     EXPECT_TRUE(log.contains("remote control published again"));
 

@@ -1,7 +1,7 @@
 #include "platform/linux/DesktopEntries.h"
 
-#include <QDir>
-#include <QFile>
+#include "TemporaryFolder.h"
+
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
@@ -58,11 +58,8 @@ class DesktopEntriesTest : public ::testing::Test {
 protected:
     void put(int folder, const QString& relativePath, const QByteArray& text)
     {
-        const QString path = folders_[folder] + QLatin1Char('/') + relativePath;
-        QDir().mkpath(QFileInfo(path).path());
-        QFile file(path);
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(text);
+        writeBytes((folders_[folder] + QLatin1Char('/') + relativePath).toStdString(),
+                   text.toStdString());
     }
     static QByteArray app(const char* name, const char* extra = "")
     {

@@ -1,5 +1,8 @@
 #include "platform/linux/FileInstanceLock.h"
 
+#include "ScopedEnvironment.h"
+#include "TemporaryFolder.h"
+
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -14,25 +17,17 @@ using Outcome = InstanceLockAttempt::Outcome;
 
 class FileInstanceLockTest : public ::testing::Test {
 protected:
-    void SetUp() override
-    {
-        char name[] = "/tmp/navro-lock-XXXXXX";
-        ASSERT_NE(::mkdtemp(name), nullptr);
-        folder_ = name;
-    }
-    void TearDown() override { fs::remove_all(folder_); }
     fs::path file() const { return folder_ / "navro.lock"; }
 
-    fs::path folder_;
+    TemporaryFolder temporary;
+    const fs::path folder_ = temporary.path();
 };
 
 TEST_F(FileInstanceLockTest, OneHolderAtATimeAndTheOthersLearnWhichProcess)
 {
     InstanceLockAttempt first = lockInstanceFile(file());
     ASSERT_EQ(first.outcome, Outcome::held) << first.detail;
-    struct stat info {};
-    ASSERT_EQ(::stat(file().c_str(), &info), 0);
-    EXPECT_EQ(info.st_mode & 07777, 0600u);
+    EXPECT_EQ(permissionsOf(file()), 0600u);
 
     // A second attempt, even from the same process, is turned away at once.
     const InstanceLockAttempt second = lockInstanceFile(file());
@@ -95,18 +90,12 @@ TEST_F(FileInstanceLockTest, SomethingElseInPlaceOfTheFileMakesTheLockUnavailabl
 
 TEST_F(FileInstanceLockTest, TheLockLivesInTheRuntimeFolder)
 {
-    const char* saved = std::getenv("XDG_RUNTIME_DIR");
-    const std::string restore = saved ? saved : "";
-    ::setenv("XDG_RUNTIME_DIR", folder_.c_str(), 1);
+    const ScopedEnvironment runtime("XDG_RUNTIME_DIR", folder_.c_str());
     EXPECT_EQ(instanceLockPath(), file());
     // Without a usable runtime folder, a folder of the user's own under /tmp.
-    ::setenv("XDG_RUNTIME_DIR", (folder_ / "missing").c_str(), 1);
+    runtime.set((folder_ / "missing").c_str());
     EXPECT_EQ(instanceLockPath(),
               fs::path("/tmp/navro-" + std::to_string(::getuid())) / "navro.lock");
-    if (saved)
-        ::setenv("XDG_RUNTIME_DIR", restore.c_str(), 1);
-    else
-        ::unsetenv("XDG_RUNTIME_DIR");
 }
 
 } // namespace

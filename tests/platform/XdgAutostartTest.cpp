@@ -1,5 +1,7 @@
 #include "platform/linux/XdgAutostart.h"
 
+#include "ScopedEnvironment.h"
+#include "TemporaryFolder.h"
 #include "app/Log.h"
 
 #include <QDir>
@@ -10,22 +12,6 @@
 
 namespace navro {
 namespace {
-
-QString readAll(const QString& path)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        return {};
-    }
-    return QString::fromUtf8(file.readAll());
-}
-
-void writeFile(const QString& path, const QByteArray& contents)
-{
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(contents);
-}
 
 class XdgAutostartTest : public ::testing::Test {
 protected:
@@ -43,7 +29,7 @@ TEST_F(XdgAutostartTest, EnableWritesAnEntryForTheProgramAndDisableRemovesIt)
 
     ASSERT_EQ(item.setEnabled(true), std::nullopt);
     EXPECT_TRUE(item.isEnabled());
-    const QString contents = readAll(entry());
+    const QString contents = QString::fromStdString(readBytes(entry().toStdString()));
     EXPECT_TRUE(contents.startsWith("[Desktop Entry]\n"));
     EXPECT_TRUE(contents.contains("\nType=Application\n"));
     EXPECT_TRUE(contents.contains("\nName=Navro\n"));
@@ -62,17 +48,15 @@ TEST_F(XdgAutostartTest, EnableWritesAnEntryForTheProgramAndDisableRemovesIt)
 TEST_F(XdgAutostartTest, ConfigHomeComesFromTheEnvironmentWhenAbsolute)
 {
     ASSERT_TRUE(home.isValid());
-    const QByteArray saved = qgetenv("XDG_CONFIG_HOME"), savedHome = qgetenv("HOME");
-    qputenv("HOME", home.path().toUtf8());
+    const ScopedEnvironment homeVariable("HOME", home.path().toUtf8().constData());
+    const ScopedEnvironment configHomeVariable("XDG_CONFIG_HOME", nullptr);
     const QString fallback = home.path() + "/.config/autostart/navro.desktop";
     for (auto [value, expected] : {std::pair{configHome().toUtf8(), entry()},
                                    {QByteArray("relative/config"), fallback},
                                    {QByteArray(), fallback}}) {
-        qputenv("XDG_CONFIG_HOME", value);
+        configHomeVariable.set(value.constData());
         EXPECT_EQ(XdgAutostart("/usr/bin/navro").entryPath(), expected) << value.toStdString();
     }
-    qputenv("HOME", savedHome);
-    saved.isNull() ? qunsetenv("XDG_CONFIG_HOME") : qputenv("XDG_CONFIG_HOME", saved);
 }
 
 TEST_F(XdgAutostartTest, ExecQuotesAndEscapesReservedCharacters)
@@ -90,9 +74,11 @@ TEST_F(XdgAutostartTest, EntryHiddenByTheUserReadsAsDisabled)
     ASSERT_TRUE(home.isValid());
     XdgAutostart item("/usr/bin/navro", configHome());
     ASSERT_EQ(item.setEnabled(true), std::nullopt);
-    writeFile(entry(), "[Desktop Entry]\nType=Application\nExec=/usr/bin/navro\nHidden=true\n");
+    writeBytes(entry().toStdString(),
+               "[Desktop Entry]\nType=Application\nExec=/usr/bin/navro\nHidden=true\n");
     EXPECT_FALSE(item.isEnabled());
-    writeFile(entry(), "[Desktop Entry]\nExec=navro\n[Desktop Action x]\nHidden=true\n");
+    writeBytes(entry().toStdString(),
+               "[Desktop Entry]\nExec=navro\n[Desktop Action x]\nHidden=true\n");
     EXPECT_TRUE(item.isEnabled()) << "only the main group counts";
     ASSERT_EQ(item.setEnabled(true), std::nullopt);
     EXPECT_TRUE(item.isEnabled()) << "enabling again rewrites the hidden entry";
@@ -102,13 +88,12 @@ TEST_F(XdgAutostartTest, UnwritableLocationsFailWithAReasonAndChangeNothing)
 {
     ASSERT_TRUE(home.isValid());
     // A plain file where the folder should be stops even root, unlike permission bits.
-    ASSERT_TRUE(QDir().mkpath(configHome()));
-    writeFile(configHome() + "/autostart", "not a folder");
+    writeBytes((configHome() + "/autostart").toStdString(), "not a folder");
     XdgAutostart blocked("/usr/bin/navro", configHome());
     const auto failure = blocked.setEnabled(true);
     ASSERT_TRUE(failure.has_value());
     EXPECT_TRUE(failure->contains(configHome() + "/autostart")) << failure->toStdString();
-    EXPECT_EQ(readAll(configHome() + "/autostart"), "not a folder");
+    EXPECT_EQ(readBytes((configHome() + "/autostart").toStdString()), "not a folder");
 
     // A folder in place of the entry cannot be removed as a file.
     QTemporaryDir other;

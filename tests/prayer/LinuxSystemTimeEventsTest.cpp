@@ -1,6 +1,7 @@
 #include "platform/linux/LinuxSystemTimeEvents.h"
 
 #include "QtTestApplication.h"
+#include "ScopedEnvironment.h"
 #include "app/Log.h"
 
 #include <cstdlib>
@@ -14,23 +15,15 @@ namespace {
 TEST(LinuxSystemTimeEvents, StartsQuietlyAndReportsTheProcessZone)
 {
     testApplication();
-    const char* previous = std::getenv("TZ");
-    const std::string saved = previous ? previous : "";
-    ::setenv("TZ", "Asia/Tokyo", 1);
-    {
-        CapturingLogSink log;
-        LinuxSystemTimeEvents events;
-        int delivered = 0;
-        events.addHandler([&](SystemTimeEvents::Event) { ++delivered; });
-        EXPECT_EQ(events.systemTimeZoneID(), "Asia/Tokyo");
-        QCoreApplication::processEvents();
-        EXPECT_EQ(delivered, 0);
-        EXPECT_TRUE(log.lines.empty());
-    }
-    if (previous)
-        ::setenv("TZ", saved.c_str(), 1);
-    else
-        ::unsetenv("TZ");
+    const ScopedEnvironment zone("TZ", "Asia/Tokyo");
+    CapturingLogSink log;
+    LinuxSystemTimeEvents events;
+    int delivered = 0;
+    events.addHandler([&](SystemTimeEvents::Event) { ++delivered; });
+    EXPECT_EQ(events.systemTimeZoneID(), "Asia/Tokyo");
+    QCoreApplication::processEvents();
+    EXPECT_EQ(delivered, 0);
+    EXPECT_TRUE(log.lines.empty());
 }
 
 } // namespace

@@ -311,17 +311,12 @@ TEST(PrayerService, CitiesAreGroupedByCountryInTheCurrentLanguage)
 
 TEST(PrayerService, StopsListeningWhenGone)
 {
-    FakeSettingsStore store;
-    ManualClock clock(wall(mayAfternoon));
-    FakeSystemTimeEvents events;
-    AppSettings settings(store, [] { return QStringList{}; });
-    {
-        PrayerService service(settings, clock, events);
-        EXPECT_EQ(events.handlerCount(), 1u);
-    }
-    EXPECT_EQ(events.handlerCount(), 0u);
-    EXPECT_EQ(clock.pendingCount(), 0u);
-    events.send(Event::clockChanged); // must not reach the destroyed service
+    Fixture f(mayAfternoon);
+    EXPECT_EQ(f.events.handlerCount(), 1u);
+    f.service.reset();
+    EXPECT_EQ(f.events.handlerCount(), 0u);
+    EXPECT_EQ(f.clock.pendingCount(), 0u);
+    f.events.send(Event::clockChanged); // must not reach the destroyed service
 }
 
 } // namespace

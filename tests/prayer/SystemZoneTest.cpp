@@ -1,12 +1,12 @@
 #include "prayer/SystemZone.h"
 
+#include "ScopedEnvironment.h"
+#include "TemporaryFolder.h"
 #include "prayer/PrayerCalculator.h"
 #include "prayer/PrayerCity.h"
 
 #include <cstdlib>
-#include <fstream>
 #include <gtest/gtest.h>
-#include <iterator>
 #include <set>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -47,12 +47,6 @@ std::unique_ptr<icu::TimeZone> icuOwn(const std::string& id)
 {
     return std::unique_ptr<icu::TimeZone>(
         icu::TimeZone::createTimeZone(icu::UnicodeString::fromUTF8(id)));
-}
-
-std::string systemFile(const std::string& id)
-{
-    std::ifstream file("/usr/share/zoneinfo/" + id, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
 class SystemZone : public ::testing::Test {
@@ -103,7 +97,7 @@ TEST(SystemZoneInput, UnreadableInputGivesNoZone)
     EXPECT_FALSE(systemTimeZone(""));
     EXPECT_FALSE(timeZoneFromTzif("X", ""));
     EXPECT_FALSE(timeZoneFromTzif("X", "TZif2 but nothing else"));
-    const auto real = systemFile("Europe/London");
+    const auto real = readBytes("/usr/share/zoneinfo/Europe/London");
     if (real.size() > 100) {
         // Cut anywhere, the file must be refused or read, never overrun.
         for (std::size_t size = 0; size < real.size(); size += 37)
@@ -315,26 +309,17 @@ class ZoneSetting : public ::testing::Test {
 protected:
     void SetUp() override
     {
-        char name[] = "/tmp/navro-zones-XXXXXX";
-        ASSERT_NE(::mkdtemp(name), nullptr);
-        folder_ = name;
-        std::filesystem::create_directories(folder_ / "Asia");
-        put("Asia/Riyadh", tzifBytes(oneSummer()));
-        put("localtime", tzifBytes(oneSummer()));
-        put("zone.tab", "SA\t+2438+04643\tAsia/Riyadh\n");
+        writeBytes(folder_ / "Asia/Riyadh", tzifBytes(oneSummer()));
+        writeBytes(localtime(), tzifBytes(oneSummer()));
+        writeBytes(folder_ / "zone.tab", "SA\t+2438+04643\tAsia/Riyadh\n");
         ASSERT_EQ(::mkfifo((folder_ / "fifo").c_str(), 0600), 0);
         std::filesystem::create_symlink("/dev/zero", folder_ / "zero");
     }
-    void TearDown() override { std::filesystem::remove_all(folder_); }
 
-    void put(const std::string& name, const std::string& bytes)
-    {
-        std::ofstream(folder_ / name, std::ios::binary) << bytes;
-    }
-    std::string dir() const { return folder_.string(); }
+    std::string dir() const { return folder_.path().string(); }
     std::filesystem::path localtime() const { return folder_ / "localtime"; }
 
-    std::filesystem::path folder_;
+    TemporaryFolder folder_;
 };
 
 TEST_F(ZoneSetting, UnusableValuesFallBackToTheSystemZoneThenToUtc)
@@ -391,11 +376,10 @@ TEST_F(ZoneSetting, UnusableValuesFallBackToTheSystemZoneThenToUtc)
 
 TEST_F(ZoneSetting, TheReaderOpensOnlyRegularFilesUnderTzdir)
 {
-    ::setenv("TZDIR", dir().c_str(), 1);
+    const ScopedEnvironment zones("TZDIR", dir().c_str());
     EXPECT_TRUE(systemTimeZone("Asia/Riyadh"));
     for (const char* id : {"Asia", "fifo", "zero", "zone.tab", "Asia/Nowhere"})
         EXPECT_FALSE(systemTimeZone(id)) << id;
-    ::unsetenv("TZDIR");
 }
 
 } // namespace

@@ -1,14 +1,16 @@
 #include "nowplaying/PlayerChoice.h"
 
-#include <functional>
 #include <gtest/gtest.h>
+#include <string>
+#include <vector>
 
 namespace navro {
 namespace {
 
 struct ChoiceCase {
     const char* name;
-    std::function<void(PlayerChoice&)> events;
+    // What the bus tells, in order: "appear a", "play a", "pause a" or "vanish a".
+    std::vector<std::string> events;
     std::optional<std::string> expected;
 };
 
@@ -22,91 +24,41 @@ class PlayerChoiceTest : public ::testing::TestWithParam<ChoiceCase> {};
 TEST_P(PlayerChoiceTest, ReportsTheRightPlayer)
 {
     PlayerChoice choice;
-    GetParam().events(choice);
+    for (const std::string& event : GetParam().events) {
+        const std::string verb = event.substr(0, event.find(' '));
+        const std::string player = event.substr(event.find(' ') + 1);
+        if (verb == "appear")
+            choice.appeared(player);
+        else if (verb == "play" || verb == "pause")
+            choice.setPlaying(player, verb == "play");
+        else if (verb == "vanish")
+            choice.vanished(player);
+        else
+            FAIL() << "no such event: " << event;
+    }
     EXPECT_EQ(choice.chosen(), GetParam().expected);
 }
 
 INSTANTIATE_TEST_SUITE_P(
     Rules, PlayerChoiceTest,
-    ::testing::Values(ChoiceCase{"NoPlayerAtAll", [](PlayerChoice&) {}, std::nullopt},
-                      ChoiceCase{"TheOnlyPlayerEvenWhenIdle",
-                                 [](PlayerChoice& c) { c.appeared("a"); }, "a"},
-                      ChoiceCase{"ThePlayingOneOverAnIdleNewcomer",
-                                 [](PlayerChoice& c) {
-                                     c.setPlaying("a", true);
-                                     c.appeared("b");
-                                 },
-                                 "a"},
-                      ChoiceCase{"OfTwoPlayingTheOneThatStartedLast",
-                                 [](PlayerChoice& c) {
-                                     c.setPlaying("b", true);
-                                     c.setPlaying("a", true);
-                                 },
-                                 "a"},
-                      ChoiceCase{"StartOrderNotNameOrder",
-                                 [](PlayerChoice& c) {
-                                     c.setPlaying("a", true);
-                                     c.setPlaying("b", true);
-                                 },
-                                 "b"},
-                      ChoiceCase{"StillPlayingDoesNotCountAsStartingAgain",
-                                 [](PlayerChoice& c) {
-                                     c.setPlaying("a", true);
-                                     c.setPlaying("b", true);
-                                     c.setPlaying("a", true);
-                                 },
-                                 "b"},
-                      ChoiceCase{"PausingTheLatestHandsOverToTheOtherPlaying",
-                                 [](PlayerChoice& c) {
-                                     c.setPlaying("a", true);
-                                     c.setPlaying("b", true);
-                                     c.setPlaying("b", false);
-                                 },
-                                 "a"},
-                      ChoiceCase{"NonePlayingTheOneThatPlayedLast",
-                                 [](PlayerChoice& c) {
-                                     c.setPlaying("a", true);
-                                     c.setPlaying("b", true);
-                                     c.setPlaying("b", false);
-                                     c.setPlaying("a", false);
-                                 },
-                                 "a"},
-                      ChoiceCase{"PlayedBeforeBeatsNeverPlayedThoughNewer",
-                                 [](PlayerChoice& c) {
-                                     c.setPlaying("a", true);
-                                     c.setPlaying("a", false);
-                                     c.appeared("b");
-                                 },
-                                 "a"},
-                      ChoiceCase{"NeverPlayedTheOneThatAppearedLast",
-                                 [](PlayerChoice& c) {
-                                     c.appeared("b");
-                                     c.appeared("a");
-                                 },
-                                 "a"},
-                      ChoiceCase{"TheReportedPlayerLeaves",
-                                 [](PlayerChoice& c) {
-                                     c.setPlaying("a", true);
-                                     c.setPlaying("b", true);
-                                     c.vanished("b");
-                                 },
-                                 "a"},
-                      ChoiceCase{"ComingBackStartsAfresh",
-                                 [](PlayerChoice& c) {
-                                     c.setPlaying("a", true);
-                                     c.setPlaying("b", true);
-                                     c.vanished("a");
-                                     c.setPlaying("a", true);
-                                 },
-                                 "a"},
-                      ChoiceCase{"EveryPlayerLeft",
-                                 [](PlayerChoice& c) {
-                                     c.setPlaying("a", true);
-                                     c.appeared("b");
-                                     c.vanished("a");
-                                     c.vanished("b");
-                                 },
-                                 std::nullopt}),
+    ::testing::Values(
+        ChoiceCase{"NoPlayerAtAll", {}, std::nullopt},
+        ChoiceCase{"TheOnlyPlayerEvenWhenIdle", {"appear a"}, "a"},
+        ChoiceCase{"ThePlayingOneOverAnIdleNewcomer", {"play a", "appear b"}, "a"},
+        ChoiceCase{"OfTwoPlayingTheOneThatStartedLast", {"play b", "play a"}, "a"},
+        ChoiceCase{"StartOrderNotNameOrder", {"play a", "play b"}, "b"},
+        ChoiceCase{"StillPlayingDoesNotCountAsStartingAgain", {"play a", "play b", "play a"}, "b"},
+        ChoiceCase{
+            "PausingTheLatestHandsOverToTheOtherPlaying", {"play a", "play b", "pause b"}, "a"},
+        ChoiceCase{
+            "NonePlayingTheOneThatPlayedLast", {"play a", "play b", "pause b", "pause a"}, "a"},
+        ChoiceCase{
+            "PlayedBeforeBeatsNeverPlayedThoughNewer", {"play a", "pause a", "appear b"}, "a"},
+        ChoiceCase{"NeverPlayedTheOneThatAppearedLast", {"appear b", "appear a"}, "a"},
+        ChoiceCase{"TheReportedPlayerLeaves", {"play a", "play b", "vanish b"}, "a"},
+        ChoiceCase{"ComingBackStartsAfresh", {"play a", "play b", "vanish a", "play a"}, "a"},
+        ChoiceCase{
+            "EveryPlayerLeft", {"play a", "appear b", "vanish a", "vanish b"}, std::nullopt}),
     [](const auto& info) { return std::string(info.param.name); });
 
 } // namespace

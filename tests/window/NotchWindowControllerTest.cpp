@@ -3,6 +3,7 @@
 #include "FakeSettingsStore.h"
 #include "ManualClock.h"
 #include "QtTestApplication.h"
+#include "TemporaryFolder.h"
 #include "app/AppSettings.h"
 #include "notch/ActivityCenter.h"
 #include "notch/NotchPanel.h"
@@ -62,12 +63,10 @@ protected:
 
     NotchWindowControllerTest()
     {
-        QFile file(directory.filePath(QStringLiteral("Root.qml")));
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write("import QtQuick\nItem {}\n");
-        file.close();
+        const QString root = directory.filePath(QStringLiteral("Root.qml"));
+        writeBytes(root.toStdString(), "import QtQuick\nItem {}\n");
         controller = std::make_unique<NotchWindowController>(model, settings, engine, windowSystem,
-                                                             QUrl::fromLocalFile(file.fileName()));
+                                                             QUrl::fromLocalFile(root));
     }
 
     QRect local(const QRect& global) const
