@@ -39,15 +39,23 @@
 #include "notch/NotchViewModel.h"
 #include "notch/NotchWindowController.h"
 #include "notch/PanelWindowSystem.h"
+#include "platform/linux/BlueZDevices.h"
 #include "platform/linux/DesktopEntries.h"
 #include "platform/linux/DesktopPlayerApplications.h"
 #include "platform/linux/LinuxSystemTimeEvents.h"
 #include "platform/linux/NowPlayingHelper.h"
 #include "prayer/AdhanAlert.h"
+#include "platform/linux/ObexTransfers.h"
 #include "platform/linux/PulseAudioConnection.h"
 #include "platform/linux/PulseAudioOutputs.h"
+#include "platform/linux/RevealInFolder.h"
 #include "platform/linux/SystemAudioTap.h"
+#include "platform/linux/UDisks2Drives.h"
+#include "platform/linux/UPowerSource.h"
 #include "prayer/PrayerService.h"
+#include "system/DeviceMonitor.h"
+#include "system/QtWatchedFolder.h"
+#include "system/TransferMonitor.h"
 
 #include <QApplication>
 #include <QDateTime>
@@ -59,6 +67,7 @@
 #include <QQmlContext>
 #include <QQuickWindow>
 #include <QScreen>
+#include <QStandardPaths>
 #include <QSvgRenderer>
 
 namespace navro {
@@ -155,12 +164,15 @@ void AppDelegate::start()
         [this](const std::string& title, const std::string& detail, double seconds) {
             activityCenter_->showToast(ActivityCenter::makeToast("moon", title, detail), seconds);
         });
+    startTransfers();
+    startDevices();
     connect(nowPlaying_.get(), &NowPlayingService::infoChanged, activityCenter_.get(), [this] {
         const auto& info = nowPlaying_->info();
         activityCenter_->setPlaybackRate(info ? std::optional(info->rate) : std::nullopt);
     });
     notchModel_ = std::make_unique<NotchViewModel>(clock_, *settings_);
     notchModel_->mirror(*activityCenter_);
+    connect(notchModel_.get(), &NotchViewModel::statusChanged, this, &AppDelegate::noteNotchOpened);
 
     setUpEngine();
 
@@ -358,6 +370,89 @@ MenuBarActions AppDelegate::menuBarActions()
     return actions;
 }
 
+// Downloads in the user's downloads folder and files received over Bluetooth. A finished one is
+// told on the closed notch; a click on that notice shows the file in its folder.
+void AppDelegate::startTransfers()
+{
+    downloadsFolder_ = std::make_unique<QtWatchedFolder>(
+        QStandardPaths::writableLocation(QStandardPaths::DownloadLocation));
+    wirelessTransfers_ = std::make_unique<ObexTransfers>();
+    transfers_ = std::make_unique<TransferMonitor>(clock_, downloadsFolder_.get(),
+                                                   wirelessTransfers_.get());
+    connect(transfers_.get(), &TransferMonitor::transfersChanged, activityCenter_.get(),
+            [this] { activityCenter_->setTransfersInProgress(!transfers_->isEmpty()); });
+    connect(transfers_.get(), &TransferMonitor::finished, this,
+            [this](const QString& name, const QString& path) {
+                if (!settings_->transfersInNotch())
+                    return;
+                const bool arabic = settings_->isArabic();
+                Toast toast = ActivityCenter::makeToast(
+                    "arrow.down.circle", arabic ? "اكتمل التنزيل" : "Download finished",
+                    name.toStdString(), 0x34C759);
+                finishedToastId_ = toast.id;
+                finishedPath_ = path;
+                activityCenter_->showToast(std::move(toast), 3);
+            });
+    transfers_->start();
+}
+
+void AppDelegate::noteNotchOpened()
+{
+    if (!notchModel_->isOpen() || notchModel_->openedByHover() || finishedToastId_.empty())
+        return;
+    const auto& shown = activityCenter_->current();
+    const Toast* toast = shown ? shown->toast() : nullptr;
+    if (toast && toast->id == finishedToastId_) {
+        // The click was on the notice of a finished download: its file rather than the tabs.
+        finishedToastId_.clear();
+        notchModel_->close();
+        revealInFolder(finishedPath_);
+    }
+}
+
+// Batteries, Bluetooth, drives, USB devices and displays; their changes become notices.
+void AppDelegate::startDevices()
+{
+    powerSource_ = std::make_unique<UPowerSource>();
+    bluetoothSource_ = std::make_unique<BlueZDevices>();
+    driveSource_ = std::make_unique<UDisks2Drives>();
+    DeviceMonitor::Sources sources{powerSource_.get(), bluetoothSource_.get(), driveSource_.get(),
+                                   usbSource_.get()};
+    devices_ = std::make_unique<DeviceMonitor>(
+        clock_, *settings_, sources, [this](const DeviceNotice& notice) {
+            activityCenter_->showToast(
+                ActivityCenter::makeToast(notice.symbol, notice.title, notice.detail, notice.tint),
+                3);
+        });
+    devices_->start();
+    auto* application = qGuiApp;
+    connect(application, &QGuiApplication::screenAdded, this, [this](QScreen* screen) {
+        connect(screen, &QScreen::geometryChanged, this, [this] { publishDisplays(); });
+        publishDisplays();
+    });
+    connect(application, &QGuiApplication::screenRemoved, this,
+            [this](QScreen* leaving) { publishDisplays(leaving); });
+    for (QScreen* screen : QGuiApplication::screens())
+        connect(screen, &QScreen::geometryChanged, this, [this] { publishDisplays(); });
+    publishDisplays();
+}
+
+void AppDelegate::publishDisplays(QScreen* leaving)
+{
+    std::vector<Display> displays;
+    for (QScreen* screen : QGuiApplication::screens()) {
+        if (screen == leaving)
+            continue;
+        // The resolution in the display's own pixels, as its settings name it.
+        const QSize size = screen->geometry().size() * screen->devicePixelRatio();
+        QString name = screen->model().trimmed();
+        if (name.isEmpty())
+            name = screen->name();
+        displays.push_back({name.toStdString(), size.width(), size.height()});
+    }
+    devices_->setDisplays(std::move(displays));
+}
+
 void AppDelegate::setUpEngine()
 {
     notices_ = std::make_unique<AppNotices>();
@@ -385,6 +480,8 @@ void AppDelegate::setUpEngine()
     context->setContextProperty(QStringLiteral("nowPlaying"), nowPlaying_.get());
     context->setContextProperty(QStringLiteral("audioBars"), audioBars_.get());
     context->setContextProperty(QStringLiteral("systemVolume"), volume_.get());
+    context->setContextProperty(QStringLiteral("transfers"), transfers_.get());
+    context->setContextProperty(QStringLiteral("devices"), devices_.get());
     engine_->addImageProvider(QStringLiteral("nowplaying"),
                               new NowPlayingImageProvider(nowPlaying_->images()));
 }

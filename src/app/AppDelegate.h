@@ -13,6 +13,7 @@
 
 class QApplication;
 class QQmlApplicationEngine;
+class QScreen;
 
 namespace navro {
 
@@ -32,6 +33,9 @@ class ClipboardHistoryModel;
 class ClipboardStore;
 class DesktopEntries;
 class DesktopFiles;
+class DeviceMonitor;
+class DriveSource;
+class BluetoothSource;
 class DesktopNotifier;
 class FrontmostApplication;
 class HotKey;
@@ -59,6 +63,12 @@ class SoundPlayer;
 class SystemAudio;
 class SystemVolume;
 class TimerService;
+class TransferMonitor;
+class WatchedFolder;
+template <typename Snapshot> class DeviceSource;
+struct PowerSupply;
+struct UsbDevice;
+struct WirelessTransfer;
 
 // The one composition root: builds every long-lived object in start-up order, wires them
 // together, hands them to the views, and winds them down at the end.
@@ -124,6 +134,10 @@ private:
     void startCalendar();
     void noteNowPlayingChanged();
     void startSound();
+    void startTransfers();
+    void startDevices();
+    void publishDisplays(QScreen* leaving = nullptr);
+    void noteNotchOpened();
     bool notchPanelVisible() const;
 
     QApplication& application_;
@@ -169,6 +183,16 @@ private:
     std::unique_ptr<ScreenRecorder> screenRecorder_;
     std::unique_ptr<CaptureService> capture_;
     std::unique_ptr<AdhanAlert> adhanAlert_;
+    std::unique_ptr<WatchedFolder> downloadsFolder_;
+    std::unique_ptr<DeviceSource<std::vector<WirelessTransfer>>> wirelessTransfers_;
+    std::unique_ptr<TransferMonitor> transfers_;
+    std::string finishedToastId_;
+    QString finishedPath_;
+    std::unique_ptr<DeviceSource<PowerSupply>> powerSource_;
+    std::unique_ptr<BluetoothSource> bluetoothSource_;
+    std::unique_ptr<DriveSource> driveSource_;
+    std::unique_ptr<DeviceSource<std::vector<UsbDevice>>> usbSource_;
+    std::unique_ptr<DeviceMonitor> devices_;
     std::unique_ptr<NotchViewModel> notchModel_;
     std::unique_ptr<PanelWindowSystem> panelWindowSystem_;
     std::unique_ptr<NotchWindowController> notch_;

@@ -1,7 +1,7 @@
 #include "platform/linux/UDisks2Drives.h"
 
 #include "app/Log.h"
-#include "platform/linux/SystemBusObjects.h"
+#include "platform/linux/BusObjects.h"
 
 #include <QDBusArgument>
 #include <QDBusMessage>
@@ -76,7 +76,7 @@ QDBusMessage callWithNoOptions(const QString& path, const QString& interface, co
 } // namespace
 
 UDisks2Drives::UDisks2Drives()
-    : objects_(std::make_unique<SystemBusObjects>(QDBusConnection::systemBus(), service,
+    : objects_(std::make_unique<BusObjects>(QDBusConnection::systemBus(), service,
                                                   QStringLiteral("UDisks2")))
 {
 }
@@ -86,9 +86,9 @@ UDisks2Drives::~UDisks2Drives() = default;
 void UDisks2Drives::start(Changed changed)
 {
     changed_ = std::move(changed);
-    QObject::connect(objects_.get(), &SystemBusObjects::changed, objects_.get(),
+    QObject::connect(objects_.get(), &BusObjects::changed, objects_.get(),
                      [this] { report(); });
-    QObject::connect(objects_.get(), &SystemBusObjects::unavailable, objects_.get(),
+    QObject::connect(objects_.get(), &BusObjects::unavailable, objects_.get(),
                      [this] { changed_(std::nullopt); });
     objects_->followObjectManager(root);
 }

@@ -7,7 +7,7 @@
 
 namespace navro {
 
-class SystemBusObjects;
+class BusObjects;
 
 // Removable drives from UDisks2 on the system bus: their size, whether a file system of theirs
 // is mounted and how much room it has, and ejecting them.
@@ -26,7 +26,7 @@ private:
                      std::function<void(EjectOutcome)> done);
     void powerOff(const QString& drive, std::function<void(EjectOutcome)> done);
 
-    std::unique_ptr<SystemBusObjects> objects_;
+    std::unique_ptr<BusObjects> objects_;
     Changed changed_;
 };
 

@@ -1,6 +1,6 @@
 #include "platform/linux/UPowerSource.h"
 
-#include "platform/linux/SystemBusObjects.h"
+#include "platform/linux/BusObjects.h"
 
 #include <QDBusMessage>
 #include <QDBusObjectPath>
@@ -83,7 +83,7 @@ std::string nameOf(const QVariantMap& properties)
 } // namespace
 
 UPowerSource::UPowerSource()
-    : objects_(std::make_unique<SystemBusObjects>(QDBusConnection::systemBus(), service,
+    : objects_(std::make_unique<BusObjects>(QDBusConnection::systemBus(), service,
                                                   QStringLiteral("UPower")))
 {
 }
@@ -93,9 +93,9 @@ UPowerSource::~UPowerSource() = default;
 void UPowerSource::start(Changed changed)
 {
     changed_ = std::move(changed);
-    SystemBusObjects* objects = objects_.get();
-    QObject::connect(objects, &SystemBusObjects::changed, objects, [this] { report(); });
-    QObject::connect(objects, &SystemBusObjects::unavailable, objects,
+    BusObjects* objects = objects_.get();
+    QObject::connect(objects, &BusObjects::changed, objects, [this] { report(); });
+    QObject::connect(objects, &BusObjects::unavailable, objects,
                      [this] { changed_(std::nullopt); });
     QDBusConnection bus = objects->bus();
     // UPower has no object manager: its devices are listed, and added and removed by signals.

@@ -9,7 +9,7 @@ class QDBusObjectPath;
 
 namespace navro {
 
-class SystemBusObjects;
+class BusObjects;
 
 // Batteries and the charger from UPower on the system bus.
 class UPowerSource final : public QObject, public PowerSource {
@@ -27,7 +27,7 @@ private slots:
 private:
     void report();
 
-    std::unique_ptr<SystemBusObjects> objects_;
+    std::unique_ptr<BusObjects> objects_;
     Changed changed_;
 };
 

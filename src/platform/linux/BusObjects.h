@@ -17,7 +17,7 @@ namespace navro {
 // nothing is asked twice, nothing is polled. Every call is asynchronous. When the service is
 // missing it says so once in the log and reports it gone; when it appears later it is read
 // again.
-class SystemBusObjects final : public QObject {
+class BusObjects final : public QObject {
     Q_OBJECT
 
 public:
@@ -25,9 +25,9 @@ public:
     using Objects = QMap<QString, Interfaces>;     // object path → its interfaces
 
     // `describe` names the service in the log ("UPower", "UDisks2").
-    SystemBusObjects(QDBusConnection bus, QString service, QString describe,
+    BusObjects(QDBusConnection bus, QString service, QString describe,
                      QObject* parent = nullptr);
-    ~SystemBusObjects() override;
+    ~BusObjects() override;
 
     // Reads the objects below the object manager at `root` and follows its changes.
     void followObjectManager(const QString& root);

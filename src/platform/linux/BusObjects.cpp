@@ -1,4 +1,4 @@
-#include "platform/linux/SystemBusObjects.h"
+#include "platform/linux/BusObjects.h"
 
 #include "app/Log.h"
 
@@ -16,9 +16,9 @@ const QString propertiesInterface = QStringLiteral("org.freedesktop.DBus.Propert
 const QString objectManagerInterface = QStringLiteral("org.freedesktop.DBus.ObjectManager");
 
 // a{sa{sv}}: an object's interfaces with their properties.
-SystemBusObjects::Interfaces readInterfaces(const QDBusArgument& argument)
+BusObjects::Interfaces readInterfaces(const QDBusArgument& argument)
 {
-    SystemBusObjects::Interfaces interfaces;
+    BusObjects::Interfaces interfaces;
     argument >> interfaces;
     return interfaces;
 }
@@ -33,32 +33,32 @@ bool isMissingService(const QDBusMessage& error)
 
 } // namespace
 
-SystemBusObjects::SystemBusObjects(QDBusConnection bus, QString service, QString describe,
+BusObjects::BusObjects(QDBusConnection bus, QString service, QString describe,
                                    QObject* parent)
     : QObject(parent), bus_(std::move(bus)), service_(std::move(service)),
       describe_(std::move(describe))
 {
 }
 
-SystemBusObjects::~SystemBusObjects() = default;
+BusObjects::~BusObjects() = default;
 
-void SystemBusObjects::followObjectManager(const QString& root)
+void BusObjects::followObjectManager(const QString& root)
 {
     root_ = root;
     read();
 }
 
-void SystemBusObjects::followListedObjects(std::function<void()> list)
+void BusObjects::followListedObjects(std::function<void()> list)
 {
     list_ = std::move(list);
     read();
 }
 
-void SystemBusObjects::read()
+void BusObjects::read()
 {
     if (!bus_.isConnected()) {
         if (!saidMissing_)
-            logLine("no system bus, so " + describe_.toStdString() + " is not followed");
+            logLine("no bus to reach " + describe_.toStdString() + " on; its devices are not shown");
         saidMissing_ = true;
         setGone();
         return;
@@ -88,7 +88,7 @@ void SystemBusObjects::read()
         list_();
 }
 
-void SystemBusObjects::readManagedObjects()
+void BusObjects::readManagedObjects()
 {
     ++pending_;
     auto call = bus_.asyncCall(QDBusMessage::createMethodCall(
@@ -117,7 +117,7 @@ void SystemBusObjects::readManagedObjects()
     });
 }
 
-void SystemBusObjects::add(const QString& path, const QString& interface)
+void BusObjects::add(const QString& path, const QString& interface)
 {
     ++pending_;
     QDBusMessage message = QDBusMessage::createMethodCall(service_, path, propertiesInterface,
@@ -139,7 +139,7 @@ void SystemBusObjects::add(const QString& path, const QString& interface)
             });
 }
 
-void SystemBusObjects::remove(const QString& path)
+void BusObjects::remove(const QString& path)
 {
     if (objects_.remove(path) > 0) {
         dirty_ = true;
@@ -147,7 +147,7 @@ void SystemBusObjects::remove(const QString& path)
     }
 }
 
-void SystemBusObjects::finishPending()
+void BusObjects::finishPending()
 {
     if (pending_ > 0)
         --pending_;
@@ -157,11 +157,11 @@ void SystemBusObjects::finishPending()
     }
 }
 
-void SystemBusObjects::noteFailure(const QString& what, const QDBusMessage& error)
+void BusObjects::noteFailure(const QString& what, const QDBusMessage& error)
 {
     if (isMissingService(error)) {
         if (!saidMissing_)
-            logLine("no " + describe_.toStdString() + " on the system bus (" +
+            logLine("no " + describe_.toStdString() + " on the bus (" +
                     excerptForLog(error.errorName().toStdString()) +
                     "); its devices are not shown");
         saidMissing_ = true;
@@ -173,14 +173,14 @@ void SystemBusObjects::noteFailure(const QString& what, const QDBusMessage& erro
         excerptForLog(error.errorName().toStdString() + " " + error.errorMessage().toStdString()));
 }
 
-void SystemBusObjects::setGone()
+void BusObjects::setGone()
 {
     available_ = false;
     objects_.clear();
     emit unavailable();
 }
 
-void SystemBusObjects::onPropertiesChanged(const QDBusMessage& message)
+void BusObjects::onPropertiesChanged(const QDBusMessage& message)
 {
     const QString path = message.path();
     const auto arguments = message.arguments();
@@ -203,7 +203,7 @@ void SystemBusObjects::onPropertiesChanged(const QDBusMessage& message)
         finishPending();
 }
 
-void SystemBusObjects::onInterfacesAdded(const QDBusMessage& message)
+void BusObjects::onInterfacesAdded(const QDBusMessage& message)
 {
     const auto arguments = message.arguments();
     if (arguments.size() < 2)
@@ -218,7 +218,7 @@ void SystemBusObjects::onInterfacesAdded(const QDBusMessage& message)
         finishPending();
 }
 
-void SystemBusObjects::onInterfacesRemoved(const QDBusMessage& message)
+void BusObjects::onInterfacesRemoved(const QDBusMessage& message)
 {
     const auto arguments = message.arguments();
     if (arguments.size() < 2)
