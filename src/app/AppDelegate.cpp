@@ -55,6 +55,7 @@
 #include "prayer/PrayerService.h"
 #include "system/DeviceMonitor.h"
 #include "system/QtWatchedFolder.h"
+#include "system/SystemStats.h"
 #include "system/TransferMonitor.h"
 
 #include <QApplication>
@@ -261,6 +262,15 @@ void AppDelegate::start()
         if (remote_)
             remote_->volumeChanged();
     });
+    const auto devicesChanged = [this] {
+        if (remote_)
+            remote_->devicesChanged();
+    };
+    for (auto signal : {&DeviceMonitor::batteriesChanged, &DeviceMonitor::bluetoothChanged,
+                        &DeviceMonitor::drivesChanged, &DeviceMonitor::usbChanged,
+                        &DeviceMonitor::displaysChanged})
+        connect(devices_.get(), signal, this, devicesChanged);
+    connect(transfers_.get(), &TransferMonitor::transfersChanged, this, devicesChanged);
 }
 
 void AppDelegate::startCalendar()
@@ -377,8 +387,8 @@ void AppDelegate::startTransfers()
     downloadsFolder_ = std::make_unique<QtWatchedFolder>(
         QStandardPaths::writableLocation(QStandardPaths::DownloadLocation));
     wirelessTransfers_ = std::make_unique<ObexTransfers>();
-    transfers_ = std::make_unique<TransferMonitor>(clock_, downloadsFolder_.get(),
-                                                   wirelessTransfers_.get());
+    transfers_ =
+        std::make_unique<TransferMonitor>(clock_, downloadsFolder_.get(), wirelessTransfers_.get());
     connect(transfers_.get(), &TransferMonitor::transfersChanged, activityCenter_.get(),
             [this] { activityCenter_->setTransfersInProgress(!transfers_->isEmpty()); });
     connect(transfers_.get(), &TransferMonitor::finished, this,
@@ -425,6 +435,10 @@ void AppDelegate::startDevices()
                 3);
         });
     devices_->start();
+    // The menu panel's figures: read only while the panel is on screen.
+    systemStats_ = std::make_unique<SystemStats>(clock_, SystemStats::procReader());
+    connect(menuPanel_.get(), &QmlWindowHost::shownChanged, systemStats_.get(),
+            [this] { systemStats_->setShown(menuPanel_->isShown()); });
     auto* application = qGuiApp;
     connect(application, &QGuiApplication::screenAdded, this, [this](QScreen* screen) {
         connect(screen, &QScreen::geometryChanged, this, [this] { publishDisplays(); });
@@ -482,6 +496,7 @@ void AppDelegate::setUpEngine()
     context->setContextProperty(QStringLiteral("systemVolume"), volume_.get());
     context->setContextProperty(QStringLiteral("transfers"), transfers_.get());
     context->setContextProperty(QStringLiteral("devices"), devices_.get());
+    context->setContextProperty(QStringLiteral("systemStats"), systemStats_.get());
     engine_->addImageProvider(QStringLiteral("nowplaying"),
                               new NowPlayingImageProvider(nowPlaying_->images()));
 }
@@ -634,7 +649,9 @@ RemoteState AppDelegate::remoteState() const
     if (notchModel_) {
         state.status = notchModel_->statusRaw();
         state.selectedTab = notchModel_->selectedTabRaw();
-        state.activityKind = notchModel_->activityMap().value(QStringLiteral("kind")).toString();
+        const QVariantMap activity = notchModel_->activityMap();
+        state.activityKind = activity.value(QStringLiteral("kind")).toString();
+        state.activityTitle = activity.value(QStringLiteral("title")).toString();
     }
     state.notchEnabled = settings_->notchEnabled();
     state.panelVisible = notchPanelVisible();
@@ -754,6 +771,19 @@ RemoteRefusal AppDelegate::selectOutput(const QString& name)
         return std::nullopt;
     return unknownChoice(QStringLiteral("output"), name,
                          volume_ ? volume_->outputs() : QStringList());
+}
+
+QVariantMap AppDelegate::remoteDevices() const
+{
+    if (!devices_ || !transfers_)
+        return {};
+    return {{QStringLiteral("batteries"), devices_->batteries()},
+            {QStringLiteral("onCharger"), devices_->onCharger()},
+            {QStringLiteral("bluetooth"), devices_->bluetooth()},
+            {QStringLiteral("drives"), devices_->drives()},
+            {QStringLiteral("usb"), devices_->usb()},
+            {QStringLiteral("displays"), devices_->displays()},
+            {QStringLiteral("transfers"), transfers_->transfers()}};
 }
 
 void AppDelegate::publishState()

@@ -63,6 +63,7 @@ class SoundPlayer;
 class SystemAudio;
 class SystemVolume;
 class TimerService;
+class SystemStats;
 class TransferMonitor;
 class WatchedFolder;
 template <typename Snapshot> class DeviceSource;
@@ -113,6 +114,7 @@ public:
     void setVolume(double volume) override;
     void toggleMute() override;
     RemoteRefusal selectOutput(const QString& name) override;
+    QVariantMap remoteDevices() const override;
 
 private:
     // StatusItemHost
@@ -193,6 +195,7 @@ private:
     std::unique_ptr<DriveSource> driveSource_;
     std::unique_ptr<DeviceSource<std::vector<UsbDevice>>> usbSource_;
     std::unique_ptr<DeviceMonitor> devices_;
+    std::unique_ptr<SystemStats> systemStats_;
     std::unique_ptr<NotchViewModel> notchModel_;
     std::unique_ptr<PanelWindowSystem> panelWindowSystem_;
     std::unique_ptr<NotchWindowController> notch_;

@@ -4,6 +4,7 @@
 
 #include <QString>
 #include <QStringList>
+#include <QVariantMap>
 #include <chrono>
 #include <memory>
 #include <optional>
@@ -19,6 +20,7 @@ struct RemoteState {
     bool notchEnabled = true;
     bool panelVisible = false;                    // the notch window is on screen
     QString language = QStringLiteral("english"); // what is shown: "english" or "arabic"
+    QString activityTitle; // a notice's first line, as the closed notch shows it
 
     bool operator==(const RemoteState&) const = default;
 };
@@ -114,6 +116,9 @@ public:
     virtual std::optional<RemoteNextPrayer> remoteNextPrayer() const { return std::nullopt; }
     virtual std::optional<RemoteNextMeeting> remoteNextMeeting() const { return std::nullopt; }
     virtual RemoteVolume remoteVolume() const { return {}; }
+    // The devices and transfers as the Devices tab lists them: "batteries", "onCharger",
+    // "bluetooth", "drives", "usb", "displays" and "transfers".
+    virtual QVariantMap remoteDevices() const { return {}; }
     // Clamped to 0…1.
     virtual void setVolume(double) {}
     virtual void toggleMute() {}
@@ -143,6 +148,8 @@ public:
     virtual void nextMeetingChanged() {}
     // Likewise for remoteVolume().
     virtual void volumeChanged() = 0;
+    // Likewise for remoteDevices().
+    virtual void devicesChanged() = 0;
 };
 
 // For a launch that finds another Navro running: asks it, over the session bus, to open its notch

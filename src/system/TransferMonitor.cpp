@@ -122,11 +122,12 @@ QVariantList TransferMonitor::transfers() const
                             {QStringLiteral("total"), -1.0},
                             {QStringLiteral("rate"), download.bytesPerSecond}};
     for (const auto& transfer : wireless_)
-        list << QVariantMap{{QStringLiteral("kind"), QStringLiteral("bluetooth")},
-                            {QStringLiteral("name"), toQString(transfer.name)},
-                            {QStringLiteral("bytes"), double(transfer.bytes)},
-                            {QStringLiteral("total"), transfer.total ? double(*transfer.total) : -1.0},
-                            {QStringLiteral("rate"), 0.0}};
+        list << QVariantMap{
+            {QStringLiteral("kind"), QStringLiteral("bluetooth")},
+            {QStringLiteral("name"), toQString(transfer.name)},
+            {QStringLiteral("bytes"), double(transfer.bytes)},
+            {QStringLiteral("total"), transfer.total ? double(*transfer.total) : -1.0},
+            {QStringLiteral("rate"), 0.0}};
     return list;
 }
 

@@ -237,7 +237,9 @@ Item {
                 anchors.verticalCenter: parent.verticalCenter
                 anchors.right: parent.right
                 size: Theme.closedIconSize
+                objectName: "closedTransferRing"
                 progress: typeof transfers !== "undefined" ? transfers.progress : 0
+                indeterminate: typeof transfers !== "undefined" && transfers.progress < 0
                 tint: Theme.notchAccent
             }
         }

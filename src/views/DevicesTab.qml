@@ -1,13 +1,16 @@
 import QtQuick
 
 // The Devices tab: one section per kind of device, in a column that scrolls when they outgrow
-// the notch. The Sound section lists the outputs (the current one marked; a click, Space or
+// the notch; a section without devices is not shown. Batteries as bars with their percentage,
+// Bluetooth devices with their battery and a button to connect or disconnect, drives with their
+// room and an Eject button, USB devices and displays by name. The Sound section lists the outputs (the current one marked; a click, Space or
 // Return makes another the default and moves what plays to it), with the volume and mute.
 Flickable {
     id: tab
     objectName: "devicesTab"
     readonly property bool arabic: settings.isArabic
     readonly property bool hasVolume: typeof systemVolume !== "undefined" && systemVolume !== null
+    readonly property bool hasDevices: typeof devices !== "undefined" && devices !== null
     clip: true
     contentHeight: sections.height
     boundsBehavior: Flickable.StopAtBounds
@@ -32,12 +35,238 @@ Flickable {
         }
     }
 
+    // One device: its symbol, name and a line about it, and an optional button at the far side.
+    component DeviceRow: Item {
+        id: row
+        property string symbol
+        property string title
+        property string detail
+        property color detailColor: Theme.notchSecondaryText
+        property string action
+        property bool actionEnabled: true
+        signal triggered()
+        width: sections.width
+        height: row.detail === "" ? 26 : 34
+        Icon {
+            id: rowIcon
+            anchors { left: parent.left; verticalCenter: parent.verticalCenter }
+            symbol: row.symbol
+            color: Theme.notchSecondaryText
+            size: 14
+        }
+        Column {
+            anchors { left: rowIcon.right; leftMargin: 8; right: rowButton.left; rightMargin: 8;
+                      verticalCenter: parent.verticalCenter }
+            Text {
+                width: parent.width
+                text: row.title
+                textFormat: Text.PlainText
+                color: Theme.notchText
+                font.family: Theme.fontFamily
+                font.pixelSize: Theme.bodySize
+                elide: Text.ElideRight
+                horizontalAlignment: Text.AlignLeft
+            }
+            Text {
+                width: parent.width
+                visible: row.detail !== ""
+                text: row.detail
+                textFormat: Text.PlainText
+                color: row.detailColor
+                font.family: Theme.fontFamily
+                font.pixelSize: Theme.smallSize
+                elide: Text.ElideRight
+                horizontalAlignment: Text.AlignLeft
+            }
+        }
+        NotchTextButton {
+            id: rowButton
+            objectName: row.objectName + ":action"
+            anchors { right: parent.right; verticalCenter: parent.verticalCenter }
+            visible: row.action !== ""
+            width: visible ? implicitWidth : 0
+            implicitHeight: 26
+            text: row.action
+            enabled: row.actionEnabled
+            onClicked: row.triggered()
+        }
+    }
+
     Column {
         id: sections
         width: tab.width
         spacing: 14
 
-        // Sections for the other kinds of device go here, above the sound.
+        Column {
+            objectName: "batterySection"
+            visible: tab.hasDevices && devices.batteries.length > 0
+            width: parent.width
+            spacing: 6
+            SectionTitle {
+                symbol: devices.onCharger ? "battery.100percent.bolt" : "battery.75percent"
+                text: tab.arabic ? "البطارية" : "Battery"
+            }
+            Repeater {
+                model: tab.hasDevices ? devices.batteries : []
+                delegate: Item {
+                    id: battery
+                    required property var modelData
+                    objectName: "battery:" + modelData.name
+                    width: sections.width
+                    height: 22
+                    readonly property real level: Math.max(0, Math.min(100, modelData.percentage))
+                    readonly property bool charging: modelData.state === "charging"
+                    Text {
+                        id: batteryName
+                        anchors { left: parent.left; verticalCenter: parent.verticalCenter }
+                        width: Math.min(160, parent.width / 3)
+                        text: battery.modelData.kind === "internal" && battery.modelData.name === ""
+                              ? (tab.arabic ? "بطارية الجهاز" : "This computer") : battery.modelData.name
+                        color: Theme.notchText
+                        font.family: Theme.fontFamily
+                        font.pixelSize: Theme.bodySize
+                        elide: Text.ElideRight
+                        horizontalAlignment: Text.AlignLeft
+                    }
+                    Rectangle {
+                        id: bar
+                        anchors { left: batteryName.right; leftMargin: 10; verticalCenter: parent.verticalCenter }
+                        width: parent.width - batteryName.width - figure.width - 24
+                        height: 6
+                        radius: 3
+                        color: Theme.notchControl
+                        Rectangle {
+                            // Mirrored layouts fill from the right, as Arabic reads.
+                            anchors { left: parent.left; top: parent.top; bottom: parent.bottom }
+                            width: parent.width * battery.level / 100
+                            radius: 3
+                            color: battery.charging ? Theme.success
+                                   : battery.level <= 10 ? Theme.recording
+                                   : battery.level <= 20 ? Theme.priorityMedium : Theme.notchText
+                        }
+                    }
+                    Text {
+                        id: figure
+                        anchors { right: parent.right; verticalCenter: parent.verticalCenter }
+                        width: 96
+                        horizontalAlignment: Text.AlignRight
+                        text: Format.number(battery.level) + (tab.arabic ? "٪" : "%")
+                              + (battery.modelData.secondsLeft > 0
+                                 ? " · " + Format.duration(battery.modelData.secondsLeft) : "")
+                        color: Theme.notchSecondaryText
+                        font.family: Theme.fontFamily
+                        font.pixelSize: Theme.smallSize
+                    }
+                }
+            }
+        }
+
+        Column {
+            id: bluetoothSection
+            objectName: "bluetoothSection"
+            visible: tab.hasDevices && devices.bluetooth.length > 0
+            width: parent.width
+            spacing: 6
+            SectionTitle {
+                symbol: "bluetooth"
+                text: tab.arabic ? "بلوتوث" : "Bluetooth"
+            }
+            Repeater {
+                model: tab.hasDevices ? devices.bluetooth : []
+                delegate: DeviceRow {
+                    required property var modelData
+                    objectName: "bluetooth:" + modelData.name
+                    symbol: modelData.icon.indexOf("audio") === 0 ? "headphones"
+                            : modelData.icon.indexOf("input-keyboard") === 0 ? "keyboard" : "bluetooth"
+                    title: modelData.name
+                    detail: (modelData.connected ? (tab.arabic ? "متصل" : "Connected")
+                                                 : (tab.arabic ? "غير متصل" : "Not connected"))
+                            + (modelData.battery >= 0
+                               ? " · " + Format.number(modelData.battery) + (tab.arabic ? "٪" : "%") : "")
+                    action: modelData.pending ? (tab.arabic ? "لحظة…" : "Wait…")
+                            : modelData.connected ? (tab.arabic ? "فصل" : "Disconnect")
+                            : (tab.arabic ? "اتصال" : "Connect")
+                    actionEnabled: !modelData.pending
+                    onTriggered: modelData.connected ? devices.disconnectDevice(modelData.id)
+                                                     : devices.connectDevice(modelData.id)
+                }
+            }
+        }
+
+        Column {
+            objectName: "drivesSection"
+            visible: tab.hasDevices && devices.drives.length > 0
+            width: parent.width
+            spacing: 6
+            SectionTitle {
+                symbol: "externaldrive"
+                text: tab.arabic ? "الأقراص" : "Drives"
+            }
+            Repeater {
+                model: tab.hasDevices ? devices.drives : []
+                delegate: DeviceRow {
+                    required property var modelData
+                    objectName: "drive:" + modelData.name
+                    symbol: "externaldrive"
+                    title: modelData.name
+                    detail: modelData.status === "busy"
+                            ? (tab.arabic ? "قيد الاستخدام، أغلق ما يستخدمه ثم أعد المحاولة"
+                                          : "In use: close what uses it, then try again")
+                            : modelData.status === "failed"
+                              ? (tab.arabic ? "تعذّر الإخراج" : "Could not eject")
+                            : modelData.mounted && modelData.free >= 0
+                              ? (tab.arabic ? Format.bytes(modelData.free) + " متاحة من " + Format.bytes(modelData.size)
+                                            : Format.bytes(modelData.free) + " free of " + Format.bytes(modelData.size))
+                            : Format.bytes(modelData.size)
+                    detailColor: modelData.status === "busy" || modelData.status === "failed"
+                                 ? Theme.priorityMedium : Theme.notchSecondaryText
+                    action: modelData.status === "ejecting" ? (tab.arabic ? "جارٍ الإخراج…" : "Ejecting…")
+                                                            : (tab.arabic ? "إخراج" : "Eject")
+                    actionEnabled: modelData.status !== "ejecting"
+                    onTriggered: devices.eject(modelData.id)
+                }
+            }
+        }
+
+        Column {
+            objectName: "usbSection"
+            visible: tab.hasDevices && devices.usb.length > 0
+            width: parent.width
+            spacing: 6
+            SectionTitle {
+                symbol: "cable.connector"
+                text: "USB"
+            }
+            Repeater {
+                model: tab.hasDevices ? devices.usb : []
+                delegate: DeviceRow {
+                    required property var modelData
+                    symbol: "cable.connector"
+                    title: modelData.name
+                }
+            }
+        }
+
+        Column {
+            objectName: "displaysSection"
+            visible: tab.hasDevices && devices.displays.length > 0
+            width: parent.width
+            spacing: 6
+            SectionTitle {
+                symbol: "display"
+                text: tab.arabic ? "الشاشات" : "Displays"
+            }
+            Repeater {
+                model: tab.hasDevices ? devices.displays : []
+                delegate: DeviceRow {
+                    required property var modelData
+                    objectName: "display:" + modelData.name
+                    symbol: "display"
+                    title: modelData.name
+                    detail: Format.digits(modelData.width + " × " + modelData.height)
+                }
+            }
+        }
 
         Column {
             id: sound

@@ -46,4 +46,27 @@ QtObject {
     function date(value, format) {
         return digits(value.toLocaleDateString(locale, format === undefined ? Locale.LongFormat : format));
     }
+
+    // A size in bytes the way file managers write it: "1.5 GB", "١٫٥ غيغابايت".
+    function bytes(value) {
+        const units = arabic ? ["بايت", "كيلوبايت", "ميغابايت", "غيغابايت", "تيرابايت"]
+                             : ["B", "KB", "MB", "GB", "TB"];
+        let size = Math.max(0, Number(value));
+        let unit = 0;
+        while (size >= 1000 && unit < units.length - 1) {
+            size /= 1000;
+            ++unit;
+        }
+        return number(size, unit === 0 || size >= 100 ? 0 : 1) + " " + units[unit];
+    }
+
+    // A length of time in hours and minutes: "2 h 05 min", "٢ س ٠٥ د".
+    function duration(seconds) {
+        const minutes = Math.round(Math.max(0, seconds) / 60);
+        const hours = Math.floor(minutes / 60);
+        const rest = minutes % 60;
+        if (hours === 0)
+            return digits(String(rest)) + (arabic ? " د" : " min");
+        return digits(String(hours)) + (arabic ? " س " : " h ") + twoDigits(rest) + (arabic ? " د" : " min");
+    }
 }

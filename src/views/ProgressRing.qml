@@ -10,11 +10,14 @@ Item {
     property real progress: 0
     property color tint: Theme.notchAccent
     property real lineWidth: 2
+    // Work whose size is unknown: a quarter arc going round instead of a share.
+    property bool indeterminate: false
     readonly property real share: Math.max(0, Math.min(1, progress))
     readonly property real radius: (size - lineWidth) / 2
 
     width: size
     height: size
+    onIndeterminateChanged: if (!indeterminate) rotation = 0
 
     Shape {
         anchors.fill: parent
@@ -34,7 +37,7 @@ Item {
         }
         ShapePath {
             // Nothing done draws nothing, not the dot a round cap would leave.
-            strokeColor: ring.share > 0 ? ring.tint : "transparent"
+            strokeColor: ring.indeterminate || ring.share > 0 ? ring.tint : "transparent"
             strokeWidth: ring.lineWidth
             fillColor: "transparent"
             capStyle: ShapePath.RoundCap
@@ -44,8 +47,17 @@ Item {
                 radiusX: ring.radius
                 radiusY: ring.radius
                 startAngle: -90
-                sweepAngle: 360 * ring.share
+                sweepAngle: ring.indeterminate ? 90 : 360 * ring.share
             }
         }
+    }
+
+    // Turns only while it is on screen and has nothing better to show.
+    RotationAnimator on rotation {
+        running: ring.indeterminate && ring.visible
+        from: 0
+        to: 360
+        duration: 1200
+        loops: Animation.Infinite
     }
 }

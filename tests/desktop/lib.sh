@@ -647,3 +647,57 @@ volume_field_is() {
     *) [ "$actual" = "$2" ] ;;
     esac
 }
+
+# --- Services of the system bus ----------------------------------------------------------------
+
+# desktop_start_system_bus: a private bus standing in for the system bus (DBUS_SYSTEM_BUS_ADDRESS
+# is exported), for the stand-ins of UPower, BlueZ and UDisks2.
+desktop_start_system_bus() {
+    : >"$DESKTOP_DIR/system-bus-address"
+    desktop_spawn system-bus dbus-daemon --config-file=/usr/share/dbus-1/session.conf --nofork \
+        --nopidfile --address="unix:path=$DESKTOP_DIR/runtime/system_bus" --print-address=3 \
+        3>"$DESKTOP_DIR/system-bus-address"
+    wait_until 10 "the system bus" grep -q . "$DESKTOP_DIR/system-bus-address" || return 1
+    DBUS_SYSTEM_BUS_ADDRESS=$(head -n1 "$DESKTOP_DIR/system-bus-address")
+    export DBUS_SYSTEM_BUS_ADDRESS
+}
+
+# system_bus_has_name NAME: true once NAME has an owner on the system bus.
+system_bus_has_name() {
+    gdbus call --system --dest org.freedesktop.DBus --object-path /org/freedesktop/DBus \
+        --method org.freedesktop.DBus.NameHasOwner "$1" 2>/dev/null | grep -q true
+}
+
+# desktop_start_mock NAME TEMPLATE BUS_NAME [--session]: python3-dbusmock's template on the
+# system bus (or the session bus), ready once BUS_NAME is owned.
+desktop_start_mock() {
+    local name=$1 template=$2 owner=$3 bus=${4:---system}
+    desktop_spawn "$name" /usr/bin/python3 -m dbusmock "$bus" --template "$template"
+    if [ "$bus" = --system ]; then
+        wait_until 10 "$template on the system bus" system_bus_has_name "$owner"
+    else
+        wait_until 10 "$template on the session bus" bus_has_name "$owner"
+    fi
+}
+
+# desktop_start_udisks: the test's own UDisks2 on the system bus; every call it receives is a line
+# of $DESKTOP_DIR/logs/udisks2.log.
+desktop_start_udisks() {
+    desktop_spawn udisks2 /usr/bin/python3 "$(dirname "${BASH_SOURCE[0]}")/helpers/udisks2.py"
+    wait_until 10 "the UDisks2 stand-in" grep -q ready "$DESKTOP_DIR/logs/udisks2.log"
+}
+
+# devices_has PYTHON_EXPRESSION: true when the expression holds of `d`, Navro's Devices property
+# read over the bus, and of `s`, its State.
+devices_has() {
+    /usr/bin/python3 - "$1" <<'PYTHON' 2>/dev/null
+import sys
+import dbus
+bus = dbus.SessionBus()
+proxy = bus.get_object("io.navro.Navro", "/io/navro/Navro")
+properties = dbus.Interface(proxy, "org.freedesktop.DBus.Properties")
+d = properties.Get("io.navro.Navro", "Devices")
+s = properties.Get("io.navro.Navro", "State")
+sys.exit(0 if eval(sys.argv[1]) else 1)
+PYTHON
+}

@@ -208,15 +208,16 @@ TEST_F(DBusRemoteControlTest, OpenTabRefusesATabTheTargetDoesNotKnowWithInvalidA
 
 TEST_F(DBusRemoteControlTest, StatePropertyMirrorsTheTargetAndIsReadOnly)
 {
-    target.state = {"open", "prayer", "timer", false, true, "arabic"};
+    target.state = {"open", "prayer", "toast", false, true, "arabic", "Charger connected"};
     publish();
 
     EXPECT_EQ(readState(client), (QVariantMap{{"status", "open"},
                                               {"selectedTab", "prayer"},
-                                              {"activityKind", "timer"},
+                                              {"activityKind", "toast"},
                                               {"notchEnabled", false},
                                               {"panelVisible", true},
-                                              {"language", "arabic"}}));
+                                              {"language", "arabic"},
+                                              {"activityTitle", "Charger connected"}}));
 
     auto set = QDBusMessage::createMethodCall(remoteServiceName, remoteObjectPath,
                                               "org.freedesktop.DBus.Properties", "Set");

@@ -1,6 +1,7 @@
+#include "system/SystemStats.h"
+
 #include "ManualClock.h"
 #include "app/Log.h"
-#include "system/SystemStats.h"
 
 #include <gtest/gtest.h>
 #include <map>

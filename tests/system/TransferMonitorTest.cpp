@@ -1,6 +1,7 @@
+#include "system/TransferMonitor.h"
+
 #include "FakeDeviceSources.h"
 #include "ManualClock.h"
-#include "system/TransferMonitor.h"
 
 #include <gtest/gtest.h>
 #include <map>
@@ -128,8 +129,8 @@ TEST_F(TransferMonitorTest, AMissingFolderIsNoDownloads)
 TEST_F(TransferMonitorTest, BluetoothTransfersProgressAndFinishOnce)
 {
     start();
-    WirelessTransfer photo{"/t/1", "photo.jpg", "/home/u/photo.jpg", 0, 1000,
-                           WirelessTransfer::Status::queued};
+    WirelessTransfer photo{"/t/1", "photo.jpg", "/home/u/photo.jpg",
+                           0,      1000,        WirelessTransfer::Status::queued};
     wireless.report(std::vector<WirelessTransfer>{photo});
     photo.status = WirelessTransfer::Status::active;
     photo.bytes = 250;
@@ -148,8 +149,8 @@ TEST_F(TransferMonitorTest, BluetoothTransfersProgressAndFinishOnce)
     wireless.report(std::vector<WirelessTransfer>{failed});
     failed.status = WirelessTransfer::Status::error;
     wireless.report(std::vector<WirelessTransfer>{failed});
-    wireless.report(std::vector<WirelessTransfer>{
-        {"/t/3", "c", "", 1, 1, WirelessTransfer::Status::complete}});
+    wireless.report(
+        std::vector<WirelessTransfer>{{"/t/3", "c", "", 1, 1, WirelessTransfer::Status::complete}});
     EXPECT_EQ(finished.size(), 1u);
     EXPECT_TRUE(monitor->isEmpty());
 }

@@ -54,7 +54,8 @@ void BlueZDevices::report()
                               connected, std::nullopt};
         const auto battery = object->find(batteryInterface);
         if (battery != object->end() && battery->contains(QStringLiteral("Percentage")))
-            entry.battery = std::clamp(battery->value(QStringLiteral("Percentage")).toInt(), 0, 100);
+            entry.battery =
+                std::clamp(battery->value(QStringLiteral("Percentage")).toInt(), 0, 100);
         devices.push_back(std::move(entry));
     }
     changed_(devices);
@@ -65,10 +66,10 @@ void BlueZDevices::setConnected(const std::string& id, bool connected,
 {
     const QString path = QString::fromStdString(id);
     const QString method = connected ? QStringLiteral("Connect") : QStringLiteral("Disconnect");
-    auto* watcher = new QDBusPendingCallWatcher(
-        objects_->bus().asyncCall(
-            QDBusMessage::createMethodCall(service, path, deviceInterface, method)),
-        objects_.get());
+    auto* watcher =
+        new QDBusPendingCallWatcher(objects_->bus().asyncCall(QDBusMessage::createMethodCall(
+                                        service, path, deviceInterface, method)),
+                                    objects_.get());
     QObject::connect(watcher, &QDBusPendingCallWatcher::finished, objects_.get(),
                      [done, path, method](QDBusPendingCallWatcher* w) {
                          w->deleteLater();

@@ -33,8 +33,7 @@ bool isMissingService(const QDBusMessage& error)
 
 } // namespace
 
-BusObjects::BusObjects(QDBusConnection bus, QString service, QString describe,
-                                   QObject* parent)
+BusObjects::BusObjects(QDBusConnection bus, QString service, QString describe, QObject* parent)
     : QObject(parent), bus_(std::move(bus)), service_(std::move(service)),
       describe_(std::move(describe))
 {
@@ -58,7 +57,8 @@ void BusObjects::read()
 {
     if (!bus_.isConnected()) {
         if (!saidMissing_)
-            logLine("no bus to reach " + describe_.toStdString() + " on; its devices are not shown");
+            logLine("no bus to reach " + describe_.toStdString() +
+                    " on; its devices are not shown");
         saidMissing_ = true;
         setGone();
         return;

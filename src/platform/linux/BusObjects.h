@@ -25,8 +25,7 @@ public:
     using Objects = QMap<QString, Interfaces>;     // object path → its interfaces
 
     // `describe` names the service in the log ("UPower", "UDisks2").
-    BusObjects(QDBusConnection bus, QString service, QString describe,
-                     QObject* parent = nullptr);
+    BusObjects(QDBusConnection bus, QString service, QString describe, QObject* parent = nullptr);
     ~BusObjects() override;
 
     // Reads the objects below the object manager at `root` and follows its changes.

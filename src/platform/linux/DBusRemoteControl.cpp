@@ -87,6 +87,11 @@ QVariantMap RemoteControlAdaptor::volume() const
     return toVariantMap(target_.remoteVolume());
 }
 
+QVariantMap RemoteControlAdaptor::devices() const
+{
+    return target_.remoteDevices();
+}
+
 void RemoteControlAdaptor::Open(bool focus)
 {
     target_.open(focus);
@@ -169,6 +174,7 @@ QVariantMap toVariantMap(const RemoteState& state)
         {QStringLiteral("status"), state.status},
         {QStringLiteral("selectedTab"), state.selectedTab},
         {QStringLiteral("activityKind"), state.activityKind},
+        {QStringLiteral("activityTitle"), state.activityTitle},
         {QStringLiteral("notchEnabled"), state.notchEnabled},
         {QStringLiteral("panelVisible"), state.panelVisible},
         {QStringLiteral("language"), state.language},
@@ -234,7 +240,8 @@ DBusRemoteControl::DBusRemoteControl(QString address, RemoteControl& target, QSt
       target_(target), published_(target.remoteState()),
       publishedNowPlaying_(target.remoteNowPlaying()),
       publishedNextPrayer_(target.remoteNextPrayer()),
-      publishedNextMeeting_(target.remoteNextMeeting()), publishedVolume_(target.remoteVolume())
+      publishedNextMeeting_(target.remoteNextMeeting()), publishedVolume_(target.remoteVolume()),
+      publishedDevices_(target.remoteDevices())
 {
     new RemoteControlAdaptor(*this, target_);
     socketPath_ = QString::fromStdString(busSocketPath(address_.toStdString()).value_or(""));
@@ -420,6 +427,15 @@ void DBusRemoteControl::volumeChanged()
     }
     publishedVolume_ = current;
     announce(QStringLiteral("Volume"), toVariantMap(current));
+}
+
+void DBusRemoteControl::devicesChanged()
+{
+    QVariantMap current = target_.remoteDevices();
+    if (current == publishedDevices_)
+        return;
+    publishedDevices_ = current;
+    announce(QStringLiteral("Devices"), current);
 }
 
 void DBusRemoteControl::announce(const QString& property, const QVariantMap& value)

@@ -31,6 +31,7 @@ class RemoteControlAdaptor final : public QDBusAbstractAdaptor {
     Q_PROPERTY(QVariantMap NextPrayer READ nextPrayer)
     Q_PROPERTY(QVariantMap NextMeeting READ nextMeeting)
     Q_PROPERTY(QVariantMap Volume READ volume)
+    Q_PROPERTY(QVariantMap Devices READ devices)
 
 public:
     RemoteControlAdaptor(DBusRemoteControl& control, RemoteControl& target);
@@ -41,6 +42,7 @@ public:
     QVariantMap nextPrayer() const;
     QVariantMap nextMeeting() const;
     QVariantMap volume() const;
+    QVariantMap devices() const;
 
 public slots:
     void Open(bool focus);
@@ -97,6 +99,7 @@ public:
     void nextPrayerChanged() override;
     void nextMeetingChanged() override;
     void volumeChanged() override;
+    void devicesChanged() override;
 
 private slots:
     void onDisconnected();
@@ -115,6 +118,7 @@ private:
     std::optional<RemoteNextPrayer> publishedNextPrayer_;
     std::optional<RemoteNextMeeting> publishedNextMeeting_;
     RemoteVolume publishedVolume_;
+    QVariantMap publishedDevices_;
     std::optional<QDBusConnection> connection_;
     QString connectionName_;
     Outcome outcome_ = Outcome::failed;

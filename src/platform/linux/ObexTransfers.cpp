@@ -54,7 +54,9 @@ void ObexTransfers::report()
         QString name = transfer->value(QStringLiteral("Name")).toString();
         if (name.isEmpty())
             name = QFileInfo(fileName).fileName();
-        WirelessTransfer entry{object.key().toStdString(), name.toStdString(), fileName.toStdString(),
+        WirelessTransfer entry{object.key().toStdString(),
+                               name.toStdString(),
+                               fileName.toStdString(),
                                transfer->value(QStringLiteral("Transferred")).toULongLong(),
                                std::nullopt,
                                statusOf(transfer->value(QStringLiteral("Status")).toString())};

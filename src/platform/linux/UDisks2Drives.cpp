@@ -77,7 +77,7 @@ QDBusMessage callWithNoOptions(const QString& path, const QString& interface, co
 
 UDisks2Drives::UDisks2Drives()
     : objects_(std::make_unique<BusObjects>(QDBusConnection::systemBus(), service,
-                                                  QStringLiteral("UDisks2")))
+                                            QStringLiteral("UDisks2")))
 {
 }
 
@@ -86,8 +86,7 @@ UDisks2Drives::~UDisks2Drives() = default;
 void UDisks2Drives::start(Changed changed)
 {
     changed_ = std::move(changed);
-    QObject::connect(objects_.get(), &BusObjects::changed, objects_.get(),
-                     [this] { report(); });
+    QObject::connect(objects_.get(), &BusObjects::changed, objects_.get(), [this] { report(); });
     QObject::connect(objects_.get(), &BusObjects::unavailable, objects_.get(),
                      [this] { changed_(std::nullopt); });
     objects_->followObjectManager(root);

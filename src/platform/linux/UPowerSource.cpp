@@ -84,7 +84,7 @@ std::string nameOf(const QVariantMap& properties)
 
 UPowerSource::UPowerSource()
     : objects_(std::make_unique<BusObjects>(QDBusConnection::systemBus(), service,
-                                                  QStringLiteral("UPower")))
+                                            QStringLiteral("UPower")))
 {
 }
 

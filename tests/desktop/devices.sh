@@ -1,0 +1,126 @@
+#!/usr/bin/env bash
+# Devices and transfers against real services on a private system bus: python3-dbusmock's UPower
+# and BlueZ, the test's own UDisks2, and a download growing in the test home's downloads folder.
+# The closed notch tells of the battery, the charger, a headset, a drive and a finished download;
+# the Devices tab lists them and ejects the drive.
+set -uo pipefail
+here=$(cd "$(dirname "$0")" && pwd)
+# shellcheck source=lib.sh
+source "$here/lib.sh"
+desktop_test_begin "$1" "$2" devices
+desktop_start_system_bus || exit 1
+
+upower() {
+    gdbus call --system --dest org.freedesktop.UPower --object-path /org/freedesktop/UPower \
+        --method "org.freedesktop.DBus.Mock.$1" "${@:2}" >/dev/null
+}
+bluez() {
+    gdbus call --system --dest org.bluez --object-path /org/bluez \
+        --method "org.bluez.Mock.$1" "${@:2}" >/dev/null
+}
+udisks() {
+    gdbus call --system --dest org.freedesktop.UDisks2 --object-path /org/freedesktop/UDisks2 \
+        --method "io.navro.test.UDisks2.$1" "${@:2}" >/dev/null
+}
+title_is() {
+    navro_field_is activityTitle "$1"
+}
+kind_is() {
+    navro_field_is activityKind "$1"
+}
+udisks_saw() {
+    grep -q "^$1 " "$DESKTOP_DIR/logs/udisks2.log"
+}
+
+# A laptop on battery at 25 %, its charger out; a paired headset that reports its battery.
+desktop_start_mock upower upower org.freedesktop.UPower || finish
+battery=/org/freedesktop/UPower/devices/mock_BAT
+charger=/org/freedesktop/UPower/devices/mock_AC
+upower AddDischargingBattery mock_BAT "Mock Battery" 25.0 7200
+upower AddAC mock_AC "Mock AC"
+upower SetDeviceProperties "$charger" "{'Online': <false>}"
+desktop_start_mock bluez bluez5 org.bluez || finish
+bluez AddAdapter hci0 computer
+bluez AddDevice hci0 11:22:33:44:55:66 "Travel Headset"
+bluez PairDevice hci0 11:22:33:44:55:66 2360324
+headset=/org/bluez/hci0/dev_11_22_33_44_55_66
+gdbus call --system --dest org.bluez --object-path "$headset" \
+    --method org.freedesktop.DBus.Mock.AddProperties org.bluez.Battery1 "{'Percentage': <byte 80>}" \
+    >/dev/null
+desktop_start_udisks || finish
+udisks AddStick stick "PHOTOS" 16000000000 Kingston DataTraveler
+
+mkdir -p "$HOME/Downloads" "$XDG_CONFIG_HOME"
+echo "XDG_DOWNLOAD_DIR=\"\$HOME/Downloads\"" >"$XDG_CONFIG_HOME/user-dirs.dirs"
+
+navro_settings hasCompletedOnboarding=true language=english
+navro_start "$NAVRO" || finish
+
+check "the battery is listed" wait_until 10 "the battery on the bus" \
+    devices_has "d['batteries'][0]['percentage'] == 25 and not d['onCharger']"
+check "the paired headset is listed with its battery" wait_until 5 "the headset" \
+    devices_has "d['bluetooth'][0]['name'] == 'Travel Headset' and d['bluetooth'][0]['battery'] == 80"
+check "the drive is listed by its label" wait_until 5 "the drive" \
+    devices_has "d['drives'][0]['name'] == 'PHOTOS' and not d['drives'][0]['mounted']"
+check "the screen is listed" devices_has "d['displays'][0]['width'] == 1920"
+check "what was there at start is no notice" stays 1 eval '! kind_is toast'
+
+# The battery falls through 20 %: one notice.
+upower SetDeviceProperties "$battery" "{'Percentage': <19.0>}"
+check "falling through 20 % is told" wait_until 5 "Battery low" title_is "Battery low"
+screenshot "$SHOTS/battery-low.png"
+check "the notice goes after some 3 s" wait_until 6 "no toast" eval '! kind_is toast'
+upower SetDeviceProperties "$battery" "{'Percentage': <18.0>}"
+check "and only once" stays 1 eval '! kind_is toast'
+
+# The charger is plugged in.
+upower SetDeviceProperties "$charger" "{'Online': <true>}"
+check "the charger is told" wait_until 5 "Charger connected" title_is "Charger connected"
+check "and on the bus" wait_until 5 "on charger" devices_has "d['onCharger']"
+
+# The headset connects.
+bluez ConnectDevice hci0 11:22:33:44:55:66
+check "the headset's connection is told" wait_until 5 "Bluetooth device connected" \
+    title_is "Bluetooth device connected"
+check "the headset is connected on the bus" devices_has "d['bluetooth'][0]['connected']"
+
+# The stick is mounted.
+udisks Mount stick "$DESKTOP_DIR"
+check "the mounted drive is told" wait_until 5 "Drive mounted" title_is "Drive mounted"
+check "its free room is known" wait_until 5 "mounted with room" \
+    devices_has "d['drives'][0]['mounted'] and d['drives'][0]['free'] > 0"
+check "the notice goes" wait_until 6 "no toast" eval '! kind_is toast'
+
+# A download grows in the downloads folder, then the browser renames it.
+part="$HOME/Downloads/film.mkv.part"
+: >"$HOME/Downloads/film.mkv"
+head -c 100000 /dev/zero >"$part"
+check "a growing download shows the transfer activity" wait_until 5 "transfer" kind_is transfer
+head -c 400000 /dev/zero >>"$part"
+check "its bytes on the bus" wait_until 5 "500000 bytes" \
+    devices_has "d['transfers'][0]['name'] == 'film.mkv' and d['transfers'][0]['bytes'] == 500000"
+screenshot "$SHOTS/transfer.png"
+mv "$part" "$HOME/Downloads/film.mkv"
+check "the finished download is told" wait_until 5 "Download finished" title_is "Download finished"
+check "and is no longer listed" devices_has "len(d['transfers']) == 0"
+check "the notice goes" wait_until 6 "no toast" eval '! kind_is toast'
+
+# The Devices tab ejects the drive: first while it is busy, then for good.
+# The drive's row is the third section's; its button sits at the tab's trailing edge.
+eject_x=$((SCREEN_MIDDLE + 344 - 42))
+eject_y=240
+navro_call OpenTab devices
+check "the devices tab opens" wait_until 5 "the devices tab" navro_field_is selectedTab devices
+screenshot "$SHOTS/devices-tab.png"
+udisks SetBusy true
+xdotool mousemove "$eject_x" "$eject_y" click 1
+check "Eject asks to unmount" wait_until 5 "Unmount" udisks_saw Unmount
+check "a busy drive says so" wait_until 5 "busy" devices_has "d['drives'][0]['status'] == 'busy'"
+check "and is not powered off" stays 1 eval '! udisks_saw PowerOff'
+screenshot "$SHOTS/drive-busy.png"
+udisks SetBusy false
+xdotool mousemove "$eject_x" "$eject_y" click 1
+check "Eject unmounts and powers the drive off" wait_until 5 "PowerOff" udisks_saw PowerOff
+check "the ejected drive is told" wait_until 5 "Drive ejected" title_is "Drive ejected"
+check "and is gone from the tab" wait_until 5 "no drives" devices_has "len(d['drives']) == 0"
+finish
