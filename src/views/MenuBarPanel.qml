@@ -2,8 +2,8 @@ import QtQuick
 import QtQuick.Layouts
 import QtQuick.Window
 
-// The tray item's panel: the processor and memory load of the last minute, the battery and the
-// next prayer, then the four actions of the application. Positioned at the tray item by the
+// The tray item's panel: the four actions of the application, and above the last of them the
+// processor and memory load of the last minute, the battery and the next prayer. Positioned at the tray item by the
 // application, closed when it loses focus; its figures are sampled only while it is shown.
 Window {
     id: window
@@ -117,6 +117,31 @@ Window {
 
             Rectangle { Layout.fillWidth: true; Layout.topMargin: 4; Layout.bottomMargin: 4; height: 1; color: Theme.separator }
 
+
+            MenuRow {
+                objectName: "openNotchAction"
+                symbol: "rectangle.topthird.inset.filled"
+                title: window.arabic ? "فتح النوتش" : "Open Notch"
+                shortcut: "Ctrl+Alt+L"
+                // The notch takes the keyboard before this panel goes: a focused window that
+                // disappears has the window manager hand focus on, perhaps after the notch took it.
+                onTriggered: { app.openNotch(); window.hide(); }
+            }
+            MenuRow {
+                objectName: "settingsAction"
+                symbol: "gearshape"
+                title: window.arabic ? "الإعدادات…" : "Settings…"
+                onTriggered: { window.hide(); app.openSettings(); }
+            }
+            MenuRow {
+                objectName: "aboutAction"
+                symbol: "info.circle"
+                title: window.arabic ? "حول نافرو" : "About Navro"
+                onTriggered: { window.hide(); app.openAbout(); }
+            }
+
+            Rectangle { Layout.fillWidth: true; Layout.topMargin: 4; Layout.bottomMargin: 4; height: 1; color: Theme.separator }
+
             StatRow {
                 objectName: "cpuStat"
                 visible: window.hasStats
@@ -188,29 +213,6 @@ Window {
                 }
             }
 
-            Rectangle { Layout.fillWidth: true; Layout.topMargin: 4; Layout.bottomMargin: 4; height: 1; color: Theme.separator }
-
-            MenuRow {
-                objectName: "openNotchAction"
-                symbol: "rectangle.topthird.inset.filled"
-                title: window.arabic ? "فتح النوتش" : "Open Notch"
-                shortcut: "Ctrl+Alt+L"
-                // The notch takes the keyboard before this panel goes: a focused window that
-                // disappears has the window manager hand focus on, perhaps after the notch took it.
-                onTriggered: { app.openNotch(); window.hide(); }
-            }
-            MenuRow {
-                objectName: "settingsAction"
-                symbol: "gearshape"
-                title: window.arabic ? "الإعدادات…" : "Settings…"
-                onTriggered: { window.hide(); app.openSettings(); }
-            }
-            MenuRow {
-                objectName: "aboutAction"
-                symbol: "info.circle"
-                title: window.arabic ? "حول نافرو" : "About Navro"
-                onTriggered: { window.hide(); app.openAbout(); }
-            }
 
             Rectangle { Layout.fillWidth: true; Layout.topMargin: 4; Layout.bottomMargin: 4; height: 1; color: Theme.separator }
 
