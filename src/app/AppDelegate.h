@@ -16,6 +16,7 @@ class QQmlApplicationEngine;
 
 namespace navro {
 
+class AboutInfo;
 class ActivityCenter;
 class AdhanAlert;
 class BackgroundQueue;
@@ -59,6 +60,9 @@ class SoundPlayer;
 class SystemAudio;
 class SystemVolume;
 class TimerService;
+class UpdateChecker;
+class UsageStatistics;
+class WhatsNew;
 
 // The one composition root: builds every long-lived object in start-up order, wires them
 // together, hands them to the views, and winds them down at the end.
@@ -124,6 +128,9 @@ private:
     void startCalendar();
     void noteNowPlayingChanged();
     void startSound();
+    void buildApplicationServices();
+    void startApplicationServices();
+    void countUsage();
     bool notchPanelVisible() const;
 
     QApplication& application_;
@@ -135,6 +142,7 @@ private:
     std::unique_ptr<QmlWindowHost> settingsWindow_;
     std::unique_ptr<QmlWindowHost> menuPanel_;
     std::unique_ptr<QmlWindowHost> onboarding_;
+    std::unique_ptr<QmlWindowHost> whatsNewWindow_;
     std::unique_ptr<LaunchAtLogin> launchAtLogin_;
     std::unique_ptr<SystemTimeEvents> timeEvents_;
     std::unique_ptr<DesktopNotifier> notifier_;
@@ -178,6 +186,11 @@ private:
     std::unique_ptr<HotKey> hotKey_;
     std::unique_ptr<OnboardingFinish> onboardingFinish_;
     std::unique_ptr<RemoteControlPublisher> remote_;
+    std::unique_ptr<AboutInfo> about_;
+    std::unique_ptr<UpdateChecker> updates_;
+    std::unique_ptr<WhatsNew> whatsNew_;
+    std::unique_ptr<UsageStatistics> usage_;
+    QString lastCountedTab_;
     PopupDismissal menuDismissal_;
     bool isShutDown_ = false;
 };
