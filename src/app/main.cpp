@@ -125,7 +125,7 @@ int main(int argc, char* argv[])
     QApplication::setApplicationName(QStringLiteral("Navro"));
     QApplication::setOrganizationName(QStringLiteral("Navro"));
     QApplication::setApplicationVersion(QString::fromUtf8(navro::applicationVersion()));
-    QApplication::setDesktopFileName(QStringLiteral("navro"));
+    QApplication::setDesktopFileName(QStringLiteral("io.navro.Navro"));
     // The notch, the tray item and the hidden windows keep running with no window open.
     QApplication::setQuitOnLastWindowClosed(false);
 
