@@ -28,7 +28,7 @@ fi
 
 deb=$(ls "$out"/navro_*.deb)
 echo "== lintian $deb"
-lintian --fail-on error --suppress-tags-from-file /dev/null "$deb"
+lintian --fail-on error "$deb"
 echo "== desktop-file-validate"
 desktop-file-validate "$root/packaging/io.navro.Navro.desktop"
 echo "== appstreamcli validate"

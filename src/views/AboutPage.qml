@@ -93,7 +93,8 @@ Item {
             }
             SettingsRow {
                 visible: updates.state === "available"
-                title: page.arabic ? updates.notesArabic : updates.notesEnglish
+                title: page.arabic ? "ما الجديد فيه" : "What's new in it"
+                detail: page.arabic ? updates.notesArabic : updates.notesEnglish
                 NavroButton {
                     primary: true
                     text: page.arabic ? "التنزيل" : "Download"

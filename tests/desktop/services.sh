@@ -47,9 +47,10 @@ trace="$DESKTOP_DIR/network.trace"
 desktop_spawn navro-traced strace -f -qq -e trace=socket,connect,sendto,sendmsg -o "$trace" "$NAVRO"
 NAVRO_PID=$DESKTOP_LAST_PID
 check "Navro starts under the trace" wait_until 30 "Navro on the bus" navro_field_is panelVisible true
-for page in about general about; do
+for page in about general; do
     navro_call OpenSettings "$page"
     wait_until 10 "the settings window" navro_panel_shown "Navro Settings"
+    crop_screenshot "$SHOTS/settings-$page.png" 0 0 1920 1080
 done
 internet_socket() {
     grep -qE "AF_INET6?[,)]|PF_INET" "$trace"

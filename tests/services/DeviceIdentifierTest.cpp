@@ -4,6 +4,7 @@
 #include "app/Log.h"
 
 #include <cstdlib>
+#include <QTemporaryDir>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <systemd/sd-id128.h>
@@ -18,15 +19,10 @@ Id128 idFromHex(std::string_view hex)
     return parseMachineId(hex).value();
 }
 
-class TemporaryFolder {
-public:
-    TemporaryFolder()
-    {
-        char pattern[] = "/tmp/navro-identifier-XXXXXX";
-        path = ::mkdtemp(pattern);
-    }
-    ~TemporaryFolder() { fs::remove_all(path); }
-    fs::path path;
+// A fresh folder, removed with everything in it at the end of the test.
+struct TemporaryFolder {
+    QTemporaryDir dir;
+    fs::path path{dir.path().toStdString()};
 };
 
 TEST(DeviceIdentifier, MachineIdFilesAreReadOnlyWhenTheyHoldAnId)

@@ -9,6 +9,7 @@
 #include "app/Log.h"
 
 #include <QDateTime>
+#include <QTemporaryDir>
 #include <filesystem>
 #include <gtest/gtest.h>
 
@@ -18,15 +19,10 @@ namespace {
 using namespace std::chrono_literals;
 namespace fs = std::filesystem;
 
-class TemporaryFolder {
-public:
-    TemporaryFolder()
-    {
-        char pattern[] = "/tmp/navro-usage-XXXXXX";
-        path = ::mkdtemp(pattern);
-    }
-    ~TemporaryFolder() { fs::remove_all(path); }
-    fs::path path;
+// A fresh folder, removed with everything in it at the end of the test.
+struct TemporaryFolder {
+    QTemporaryDir dir;
+    fs::path path{dir.path().toStdString()};
 };
 
 // Statistics reported to `endpoint`, kept in a fresh folder, on a clock that starts at 10:00
