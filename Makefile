@@ -6,7 +6,7 @@ FUZZ_SECONDS ?= 20
 # A compiler cache speeds up rebuilds where one is installed; the build needs none.
 LAUNCHER := $(if $(shell command -v ccache),-DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
 
-.PHONY: deps configure build run screenshots test sanitize fuzz bench format clean
+.PHONY: deps configure build run screenshots test sanitize fuzz bench deb package-test format clean
 
 deps:
 	@scripts/install-deps.sh
@@ -35,6 +35,14 @@ sanitize: deps
 fuzz: deps
 	@JOBS=$(JOBS) LAUNCHER="$(LAUNCHER)" FUZZ_SECONDS=$(FUZZ_SECONDS) scripts/fuzz.sh
 
+# The Debian package (build-deb/), checked by lintian, desktop-file-validate and appstreamcli.
+deb: deps
+	@JOBS=$(JOBS) scripts/deb.sh
+
+# The package unpacked into a throw-away root and started on a virtual desktop.
+package-test: deb build
+	@tests/package/install_and_start.sh build-deb/navro_*.deb $(BUILD_DIR)/tests/desktop/navro_test_x11
+
 bench: build
 	@scripts/bench.sh $(BUILD_DIR)
 
@@ -42,4 +50,4 @@ format:
 	@git ls-files '*.cpp' '*.h' | xargs clang-format -i
 
 clean:
-	@rm -rf $(BUILD_DIR) build-sanitize build-fuzz
+	@rm -rf $(BUILD_DIR) build-sanitize build-fuzz build-deb

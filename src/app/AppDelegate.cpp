@@ -16,6 +16,7 @@
 #include "app/SoundPlayer.h"
 #include "app/ThemeIconProvider.h"
 #include "data/CaptureService.h"
+#include "app/Version.h"
 #include "calendar/BackgroundQueue.h"
 #include "calendar/CalendarService.h"
 #include "data/ClipboardHistoryModel.h"
@@ -44,7 +45,6 @@
 #include "platform/linux/DesktopPlayerApplications.h"
 #include "platform/linux/LinuxSystemTimeEvents.h"
 #include "platform/linux/NowPlayingHelper.h"
-#include "prayer/AdhanAlert.h"
 #include "platform/linux/ObexTransfers.h"
 #include "platform/linux/PulseAudioConnection.h"
 #include "platform/linux/PulseAudioOutputs.h"
@@ -52,7 +52,13 @@
 #include "platform/linux/SystemAudioTap.h"
 #include "platform/linux/UDisks2Drives.h"
 #include "platform/linux/UPowerSource.h"
+#include "prayer/AdhanAlert.h"
 #include "prayer/PrayerService.h"
+#include "services/AboutInfo.h"
+#include "services/DeviceIdentifier.h"
+#include "services/UpdateChecker.h"
+#include "services/UsageStatistics.h"
+#include "services/WhatsNew.h"
 #include "system/DeviceMonitor.h"
 #include "system/QtWatchedFolder.h"
 #include "system/SystemStats.h"
@@ -60,6 +66,7 @@
 
 #include <QApplication>
 #include <QDateTime>
+#include <QFile>
 #include <QGuiApplication>
 #include <QIcon>
 #include <QPainter>
@@ -120,6 +127,7 @@ AppDelegate::~AppDelegate()
     // The views go before the objects they read.
     menuPanel_.reset();
     onboarding_.reset();
+    whatsNewWindow_.reset();
     settingsWindow_.reset();
     notch_.reset();
     engine_.reset();
@@ -174,6 +182,7 @@ void AppDelegate::start()
     notchModel_ = std::make_unique<NotchViewModel>(clock_, *settings_);
     notchModel_->mirror(*activityCenter_);
     connect(notchModel_.get(), &NotchViewModel::statusChanged, this, &AppDelegate::noteNotchOpened);
+    buildApplicationServices();
 
     setUpEngine();
 
@@ -233,6 +242,7 @@ void AppDelegate::start()
 
     if (!settings_->hasCompletedOnboarding())
         presentOnboarding();
+    startApplicationServices();
 
     remote_ = publishRemoteControl(*this);
     for (auto signal : {&NotchViewModel::statusChanged, &NotchViewModel::selectedTabChanged,
@@ -312,6 +322,64 @@ void AppDelegate::startCapture()
             activityCenter_->showToast(
                 ActivityCenter::makeToast(screenshot ? "camera" : "video", title, ""), 3);
         });
+}
+
+// Built before the views see them; nothing of theirs runs before startApplicationServices.
+void AppDelegate::buildApplicationServices()
+{
+    about_ = std::make_unique<AboutInfo>(deviceIdentifier(machineIdFiles),
+                                         QCoreApplication::applicationDirPath());
+    const auto version = applicationVersion();
+    updates_ = std::make_unique<UpdateChecker>(
+        *settings_, clock_, QUrl(QStringLiteral(NAVRO_UPDATE_FEED_URL)), version);
+    QFile notes(QStringLiteral(":/services/ReleaseNotes.json"));
+    notes.open(QIODevice::ReadOnly);
+    whatsNew_ = std::make_unique<WhatsNew>(
+        *settings_, parseReleaseNotes(notes.readAll().toStdString()), version);
+    usage_ = std::make_unique<UsageStatistics>(*settings_, clock_,
+                                               QUrl(QStringLiteral(NAVRO_USAGE_STATS_URL)),
+                                               dataFolder() / "usage.json", version);
+}
+
+// The last step of start-up: the updater, what's new after an update, the usage statistics.
+void AppDelegate::startApplicationServices()
+{
+    updates_->start();
+    // Onboarding comes first; the version is recorded either way.
+    if (whatsNew_->checkAtStart() && settings_->hasCompletedOnboarding()) {
+        whatsNewWindow_ = std::make_unique<QmlWindowHost>(*engine_, view("WhatsNewWindow.qml"));
+        whatsNewWindow_->show();
+    }
+    usage_->start();
+    countUsage();
+}
+
+// Which tabs are opened and which features are used; the service drops them unless it collects.
+void AppDelegate::countUsage()
+{
+    auto countTab = [this] {
+        if (!notchModel_->isOpen()) {
+            lastCountedTab_.clear();
+            return;
+        }
+        // Opening and choosing the tab may come as two changes; the tab is counted once.
+        const QString tab = notchModel_->selectedTabRaw();
+        if (tab != lastCountedTab_)
+            usage_->noteTabOpened(tab);
+        lastCountedTab_ = tab;
+    };
+    connect(notchModel_.get(), &NotchViewModel::statusChanged, usage_.get(), countTab);
+    connect(notchModel_.get(), &NotchViewModel::selectedTabChanged, usage_.get(), countTab);
+    connect(clipboard_.get(), &ClipboardStore::copiedBack, usage_.get(),
+            [this] { usage_->noteFeatureUsed(QStringLiteral("clipboardCopyBack")); });
+    connect(timer_.get(), &TimerService::stateChanged, usage_.get(),
+            [this, previous = timer_->stateRaw()]() mutable {
+                const QString state = timer_->stateRaw();
+                if (state == QLatin1String("running") && previous != QLatin1String("paused"))
+                    usage_->noteFeatureUsed(timer_->isFocus() ? QStringLiteral("focusSession")
+                                                              : QStringLiteral("timer"));
+                previous = state;
+            });
 }
 
 void AppDelegate::startNowPlaying()
@@ -497,6 +565,10 @@ void AppDelegate::setUpEngine()
     context->setContextProperty(QStringLiteral("transfers"), transfers_.get());
     context->setContextProperty(QStringLiteral("devices"), devices_.get());
     context->setContextProperty(QStringLiteral("systemStats"), systemStats_.get());
+    context->setContextProperty(QStringLiteral("about"), about_.get());
+    context->setContextProperty(QStringLiteral("updates"), updates_.get());
+    context->setContextProperty(QStringLiteral("whatsNew"), whatsNew_.get());
+    context->setContextProperty(QStringLiteral("usageStatistics"), usage_.get());
     engine_->addImageProvider(QStringLiteral("nowplaying"),
                               new NowPlayingImageProvider(nowPlaying_->images()));
 }
@@ -522,8 +594,11 @@ void AppDelegate::setUpHotKey()
 {
     QPointer<AppDelegate> self(this);
     HotKeyGrab grab = makeHotKey(Qt::Key_L, Qt::ControlModifier | Qt::AltModifier, [self] {
-        if (self)
-            self->toggle();
+        if (!self)
+            return;
+        self->toggle();
+        if (self->usage_)
+            self->usage_->noteFeatureUsed(QStringLiteral("hotKey"));
     });
     hotKey_ = std::move(grab.hotKey);
     // Said once while it lasts; the settings window shows it with the way round it.
@@ -562,6 +637,8 @@ void AppDelegate::shutdown()
     // The last keystrokes of the note are still waiting for their write.
     if (notes_)
         notes_->flushPendingSave();
+    if (usage_)
+        usage_->flush();
     if (store_)
         store_->saveNow();
 }
@@ -581,6 +658,8 @@ void AppDelegate::showSettings(const QString& page)
     closeNotch();
     settings_->setSettingsPageRaw(page);
     settingsWindow_->show();
+    if (usage_)
+        usage_->noteFeatureUsed(QStringLiteral("settings"));
 }
 
 RemoteRefusal AppDelegate::openSettings(const QString& page)

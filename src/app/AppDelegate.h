@@ -17,6 +17,7 @@ class QScreen;
 
 namespace navro {
 
+class AboutInfo;
 class ActivityCenter;
 class AdhanAlert;
 class BackgroundQueue;
@@ -70,6 +71,9 @@ template <typename Snapshot> class DeviceSource;
 struct PowerSupply;
 struct UsbDevice;
 struct WirelessTransfer;
+class UpdateChecker;
+class UsageStatistics;
+class WhatsNew;
 
 // The one composition root: builds every long-lived object in start-up order, wires them
 // together, hands them to the views, and winds them down at the end.
@@ -140,6 +144,9 @@ private:
     void startDevices();
     void publishDisplays(QScreen* leaving = nullptr);
     void noteNotchOpened();
+    void buildApplicationServices();
+    void startApplicationServices();
+    void countUsage();
     bool notchPanelVisible() const;
 
     QApplication& application_;
@@ -151,6 +158,7 @@ private:
     std::unique_ptr<QmlWindowHost> settingsWindow_;
     std::unique_ptr<QmlWindowHost> menuPanel_;
     std::unique_ptr<QmlWindowHost> onboarding_;
+    std::unique_ptr<QmlWindowHost> whatsNewWindow_;
     std::unique_ptr<LaunchAtLogin> launchAtLogin_;
     std::unique_ptr<SystemTimeEvents> timeEvents_;
     std::unique_ptr<DesktopNotifier> notifier_;
@@ -205,6 +213,11 @@ private:
     std::unique_ptr<HotKey> hotKey_;
     std::unique_ptr<OnboardingFinish> onboardingFinish_;
     std::unique_ptr<RemoteControlPublisher> remote_;
+    std::unique_ptr<AboutInfo> about_;
+    std::unique_ptr<UpdateChecker> updates_;
+    std::unique_ptr<WhatsNew> whatsNew_;
+    std::unique_ptr<UsageStatistics> usage_;
+    QString lastCountedTab_;
     PopupDismissal menuDismissal_;
     bool isShutDown_ = false;
 };

@@ -61,6 +61,8 @@ AppSettings::AppSettings(SettingsStore& store, std::function<QStringList()> pref
     openMode_ = loadExactEnum(QStringLiteral("openMode"), openMode_, OpenMode::click);
     hoverDelay_ = loadDouble(QStringLiteral("hoverDelay"), hoverDelay_);
     language_ = loadEnum(QStringLiteral("language"), allAppLanguages);
+    lastSeenVersion_ = loadString(QStringLiteral("lastSeenVersion"), lastSeenVersion_);
+    lastUpdateCheck_ = loadDouble(QStringLiteral("lastUpdateCheck"), lastUpdateCheck_);
 }
 
 QStringList AppSettings::systemPreferredLanguages()
@@ -248,6 +250,18 @@ void AppSettings::setFocusShortcutOff(const QString& value)
 {
     assign(focusShortcutOff_, value, &AppSettings::focusShortcutOffChanged,
            QStringLiteral("focusShortcutOff"));
+}
+
+void AppSettings::setLastSeenVersion(const QString& value)
+{
+    assign(lastSeenVersion_, value, &AppSettings::lastSeenVersionChanged,
+           QStringLiteral("lastSeenVersion"));
+}
+
+void AppSettings::setLastUpdateCheck(double value)
+{
+    assign(lastUpdateCheck_, value, &AppSettings::lastUpdateCheckChanged,
+           QStringLiteral("lastUpdateCheck"));
 }
 
 void AppSettings::setLastTimerMinutes(double value)

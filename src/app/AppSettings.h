@@ -74,6 +74,12 @@ class AppSettings : public QObject {
     // The user's calendars as a JSON array (read and written by the calendar service).
     Q_PROPERTY(QString calendarSources READ calendarSources WRITE setCalendarSources NOTIFY
                    calendarSourcesChanged)
+    // The version that ran last ("" before the first run) and when the update feed was last read
+    // (seconds since 1970, 0 for never): what decides the what's-new window and the next check.
+    Q_PROPERTY(QString lastSeenVersion READ lastSeenVersion WRITE setLastSeenVersion NOTIFY
+                   lastSeenVersionChanged)
+    Q_PROPERTY(double lastUpdateCheck READ lastUpdateCheck WRITE setLastUpdateCheck NOTIFY
+                   lastUpdateCheckChanged)
 
 public:
     // preferredLanguages: the system's ordered list of preferred interface languages (BCP 47
@@ -162,6 +168,10 @@ public:
 
     QString calendarSources() const { return calendarSources_; }
     void setCalendarSources(const QString& value);
+    QString lastSeenVersion() const { return lastSeenVersion_; }
+    void setLastSeenVersion(const QString& value);
+    double lastUpdateCheck() const { return lastUpdateCheck_; }
+    void setLastUpdateCheck(double value);
 
 signals:
     void hasCompletedOnboardingChanged();
@@ -196,6 +206,8 @@ signals:
     void languageChanged();
     void isArabicChanged();
     void calendarSourcesChanged();
+    void lastSeenVersionChanged();
+    void lastUpdateCheckChanged();
     // One merged notification, sent after the changed property's own signal.
     void settingsChanged();
 
@@ -264,6 +276,8 @@ private:
     double hoverDelay_ = 0.15;
     AppLanguage language_ = AppLanguage::system;
     QString calendarSources_ = QStringLiteral("[]");
+    QString lastSeenVersion_;
+    double lastUpdateCheck_ = 0;
 };
 
 } // namespace navro

@@ -11,17 +11,22 @@ namespace {
 class SystemLogSink final : public LogSink {
 public:
     SystemLogSink() { openlog("navro", LOG_PID, LOG_USER); }
-    void write(std::string_view line) override
+    void write(LogPriority priority, std::string_view line) override
     {
         std::fprintf(stderr, "%.*s\n", int(line.size()), line.data());
-        syslog(LOG_NOTICE, "%.*s", int(line.size()), line.data());
+        syslog(int(priority), "%.*s", int(line.size()), line.data());
     }
 };
 
+LogSink& systemSink()
+{
+    static SystemLogSink sink;
+    return sink;
+}
+
 LogSink*& installedSink()
 {
-    static SystemLogSink systemSink;
-    static LogSink* sink = &systemSink;
+    static LogSink* sink = &systemSink();
     return sink;
 }
 
@@ -89,13 +94,18 @@ std::string excerptForLog(std::string_view text, std::size_t limit)
     return out;
 }
 
-void logLine(LogChannel channel, std::string_view message)
+void installLogSink(LogSink* sink)
+{
+    installedSink() = sink ? sink : &systemSink();
+}
+
+void logLine(LogPriority priority, LogChannel channel, std::string_view message)
 {
     std::string line(logPrefix(channel));
     const std::size_t taken = appendEscaped(line, message, maxLogLineBytes - 32);
     if (taken < message.size())
         line += "... (cut at " + std::to_string(taken) + " bytes)";
-    installedSink()->write(line);
+    installedSink()->write(priority, line);
 }
 
 CapturingLogSink::CapturingLogSink() : previous_(installedSink())

@@ -12,19 +12,31 @@ enum class LogChannel { general, nowPlaying, nowPlayingScript, bars };
 
 std::string_view logPrefix(LogChannel channel);
 
+// How much a line matters, as syslog and the journal number it. Most lines say that something
+// failed and Navro carried on without it: a notice.
+enum class LogPriority { critical = 2, error = 3, warning = 4, notice = 5, info = 6, debug = 7 };
+
 class LogSink {
 public:
     virtual ~LogSink() = default;
-    virtual void write(std::string_view line) = 0;
+    virtual void write(LogPriority priority, std::string_view line) = 0;
 };
+
+// Lines go to `sink` from now on (the process's own, set up once in main); nullptr goes back to
+// standard error and syslog.
+void installLogSink(LogSink* sink);
 
 // Writes `prefix + message` as one line to the installed sink (standard error and syslog unless
 // a test installed its own). Control characters are escaped and the line is cut at
 // maxLogLineBytes, so whatever a message carries, a line stays one line of bounded length.
-void logLine(LogChannel channel, std::string_view message);
+void logLine(LogPriority priority, LogChannel channel, std::string_view message);
+inline void logLine(LogChannel channel, std::string_view message)
+{
+    logLine(LogPriority::notice, channel, message);
+}
 inline void logLine(std::string_view message)
 {
-    logLine(LogChannel::general, message);
+    logLine(LogPriority::notice, LogChannel::general, message);
 }
 
 inline constexpr std::size_t maxLogLineBytes = 2048;
@@ -42,10 +54,15 @@ public:
     CapturingLogSink(const CapturingLogSink&) = delete;
     CapturingLogSink& operator=(const CapturingLogSink&) = delete;
 
-    void write(std::string_view line) override { lines.emplace_back(line); }
+    void write(LogPriority priority, std::string_view line) override
+    {
+        lines.emplace_back(line);
+        priorities.push_back(priority);
+    }
     bool contains(std::string_view fragment) const;
 
     std::vector<std::string> lines;
+    std::vector<LogPriority> priorities; // one per line
 
 private:
     LogSink* previous_;

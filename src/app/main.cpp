@@ -5,6 +5,7 @@
 #include "app/Startup.h"
 #include "app/TerminationSignals.h"
 #include "app/Version.h"
+#include "platform/linux/JournalLogSink.h"
 #include "prayer/SystemZone.h"
 
 #include <QApplication>
@@ -69,7 +70,14 @@ void settleTimeZone()
 // process after it is written.
 void logQtMessage(QtMsgType type, const QMessageLogContext& context, const QString& message)
 {
-    navro::logLine(qFormatLogMessage(type, context, message).toStdString());
+    using navro::LogPriority;
+    const LogPriority priority = type == QtFatalMsg      ? LogPriority::critical
+                                 : type == QtCriticalMsg ? LogPriority::error
+                                 : type == QtWarningMsg  ? LogPriority::warning
+                                 : type == QtInfoMsg     ? LogPriority::info
+                                                         : LogPriority::debug;
+    navro::logLine(priority, navro::LogChannel::general,
+                   qFormatLogMessage(type, context, message).toStdString());
 }
 
 // Another Navro holds the lock: this launch only asks it to open its notch. It needs no display
@@ -91,6 +99,7 @@ int main(int argc, char* argv[])
 {
     if (const auto status = answerCommandLine(argc, argv))
         return *status;
+    navro::installLogSink(&navro::JournalLogSink::forThisProcess());
     navro::reportOversizedWrites();
     settleTimeZone();
 
@@ -100,7 +109,8 @@ int main(int argc, char* argv[])
         qputenv("QT_QPA_PLATFORM", "xcb");
     // Qt would end in an abort of its own, with a core file and no word of what to do.
     if (const auto problem = navro::displayProblem()) {
-        navro::logLine("needs an X11 display (or XWayland) to run; " + *problem);
+        navro::logLine(navro::LogPriority::error, navro::LogChannel::general,
+                       "needs an X11 display (or XWayland) to run; " + *problem);
         return 1;
     }
     navro::avoidSilentBuses();
@@ -115,7 +125,7 @@ int main(int argc, char* argv[])
     QApplication::setApplicationName(QStringLiteral("Navro"));
     QApplication::setOrganizationName(QStringLiteral("Navro"));
     QApplication::setApplicationVersion(QString::fromUtf8(navro::applicationVersion()));
-    QApplication::setDesktopFileName(QStringLiteral("navro"));
+    QApplication::setDesktopFileName(QStringLiteral("io.navro.Navro"));
     // The notch, the tray item and the hidden windows keep running with no window open.
     QApplication::setQuitOnLastWindowClosed(false);
 

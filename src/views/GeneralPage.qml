@@ -101,5 +101,6 @@ PageScaffold {
         }
     }
     TimerSettingsSection {}
+    UsageStatisticsSection {}
     Item { implicitHeight: 4 }
 }

@@ -66,6 +66,8 @@ TEST(AppSettingsFreshInstall, YieldsTheDefaultOfEveryPropertyAndWritesNothing)
         {"language", "system"},
         {"isArabic", false},
         {"calendarSources", "[]"},
+        {"lastSeenVersion", ""},
+        {"lastUpdateCheck", 0.0},
     };
     const QMetaObject& meta = *settings.metaObject();
     for (int i = meta.propertyOffset(); i < meta.propertyCount(); ++i) {

@@ -9,7 +9,8 @@
 namespace navro {
 
 // A small HTTP server on 127.0.0.1: each path answers with a fixed status and body; "/silent"
-// accepts the request and never answers.
+// accepts the request and never answers. A request is answered once all of it has arrived (its
+// body too, by Content-Length).
 class LocalHttpServer {
 public:
     struct Answer {
@@ -23,6 +24,7 @@ public:
         server_.listen(QHostAddress::LocalHost);
         QObject::connect(&server_, &QTcpServer::newConnection, [this] {
             while (QTcpSocket* socket = server_.nextPendingConnection()) {
+                ++connections;
                 QObject::connect(socket, &QTcpSocket::readyRead, socket,
                                  [this, socket] { respond(socket); });
             }
@@ -35,15 +37,29 @@ public:
     }
 
     std::map<QString, Answer> answers;
+    int connections = 0;
     int answered = 0;
     QByteArray lastRequest; // the request line and headers of the last request
+    QByteArray lastBody;    // and its body
 
 private:
     void respond(QTcpSocket* socket)
     {
-        const QByteArray request = socket->readAll();
-        lastRequest = request;
-        const QString path = QString::fromLatin1(request.split(' ').value(1));
+        QByteArray received = socket->property("received").toByteArray() + socket->readAll();
+        socket->setProperty("received", received);
+        const qsizetype headerEnd = received.indexOf("\r\n\r\n");
+        if (headerEnd < 0)
+            return;
+        const QByteArray head = received.left(headerEnd);
+        qsizetype length = 0;
+        for (const QByteArray& line : head.split('\n'))
+            if (line.toLower().startsWith("content-length:"))
+                length = line.mid(15).trimmed().toLongLong();
+        if (received.size() < headerEnd + 4 + length)
+            return;
+        lastRequest = head + "\r\n\r\n";
+        lastBody = received.mid(headerEnd + 4, length);
+        const QString path = QString::fromLatin1(head.split(' ').value(1));
         if (path == QLatin1String("/silent"))
             return;
         const auto found = answers.find(path);
