@@ -93,8 +93,8 @@ void SystemAudioTap::start()
 
 void SystemAudioTap::onSinkFound(const char* monitor, unsigned rate, unsigned channels)
 {
-    pa_sample_spec spec{PA_SAMPLE_FLOAT32NE, rate, std::uint8_t(channels)};
-    if (!pa_sample_spec_valid(&spec)) {
+    pa_sample_spec sampleFormat{PA_SAMPLE_FLOAT32NE, rate, std::uint8_t(channels)};
+    if (!pa_sample_spec_valid(&sampleFormat)) {
         fail("Unsupported format", PA_ERR_NOTSUPPORTED);
         return;
     }
@@ -102,8 +102,8 @@ void SystemAudioTap::onSinkFound(const char* monitor, unsigned rate, unsigned ch
     channels_ = int(channels);
     pa_proplist* properties = pa_proplist_new();
     pa_proplist_sets(properties, PA_PROP_MEDIA_NAME, "Navro bars");
-    stream_ = pa_stream_new_with_proplist(connection_.context(), "Navro bars", &spec, nullptr,
-                                          properties);
+    stream_ = pa_stream_new_with_proplist(connection_.context(), "Navro bars", &sampleFormat,
+                                          nullptr, properties);
     pa_proplist_free(properties);
     if (!stream_) {
         fail("Create tap", pa_context_errno(connection_.context()));
@@ -113,7 +113,8 @@ void SystemAudioTap::onSinkFound(const char* monitor, unsigned rate, unsigned ch
     pa_stream_set_state_callback(stream_, &SystemAudioTap::onStreamState, this);
     pa_buffer_attr buffer{};
     buffer.maxlength = std::uint32_t(-1);
-    buffer.fragsize = std::uint32_t(pa_usec_to_bytes(PA_USEC_PER_SEC / wakesPerSecond, &spec));
+    buffer.fragsize =
+        std::uint32_t(pa_usec_to_bytes(PA_USEC_PER_SEC / wakesPerSecond, &sampleFormat));
     // Stays on this monitor: when the default sink changes, the bars build a new tap there.
     const auto flags = pa_stream_flags_t(PA_STREAM_ADJUST_LATENCY | PA_STREAM_DONT_MOVE |
                                          PA_STREAM_DONT_INHIBIT_AUTO_SUSPEND);
