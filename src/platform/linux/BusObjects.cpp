@@ -57,8 +57,7 @@ void BusObjects::read()
 {
     if (!bus_.isConnected()) {
         if (!saidMissing_)
-            logLine("no bus to reach " + describe_.toStdString() +
-                    " on; its devices are not shown");
+            logLine("no bus to reach " + describe_.toStdString() + " on; nothing of it is shown");
         saidMissing_ = true;
         setGone();
         return;
@@ -162,8 +161,7 @@ void BusObjects::noteFailure(const QString& what, const QDBusMessage& error)
     if (isMissingService(error)) {
         if (!saidMissing_)
             logLine("no " + describe_.toStdString() + " on the bus (" +
-                    excerptForLog(error.errorName().toStdString()) +
-                    "); its devices are not shown");
+                    excerptForLog(error.errorName().toStdString()) + "); nothing of it is shown");
         saidMissing_ = true;
         setGone();
         return;
