@@ -9,16 +9,11 @@ root=$(cd "$(dirname "$0")/.." && pwd)
 build=$(cd "${1:-$root/build}" && pwd)
 seconds=${2:-60}
 navro="$build/src/navro"
-for program in "$navro" "$build/tests/desktop/navro_test_x11"; do
-    [ -x "$program" ] || { echo "audio_bars: $program is missing; build first" >&2; exit 1; }
-done
 command -v cava >/dev/null || { echo "audio_bars: cava is missing (make deps)" >&2; exit 1; }
-
-# shellcheck source=../tests/desktop/lib.sh
-source "$root/tests/desktop/lib.sh"
-DESKTOP_HELPER="$build/tests/desktop/navro_test_x11"
-desktop_start || exit 1
-xdotool mousemove 100 700
+# shellcheck source=lib.sh
+source "$root/bench/lib.sh"
+bench_require audio_bars "$navro" "$build/tests/desktop/navro_test_x11"
+bench_desktop "$build"
 desktop_start_sound || exit 1
 music="$DESKTOP_DIR/music"
 mkdir -p "$music"
@@ -47,9 +42,6 @@ desktop_spawn cava env TERM=xterm-256color script -qfc "cava -p $DESKTOP_DIR/cav
 cava_pid=""
 wait_until 10 "cava" eval 'cava_pid=$(pgrep -n -x cava) && [ -n "$cava_pid" ]' || exit 1
 cava_pid=$(pgrep -n -x cava)
-
-ticks=$(getconf CLK_TCK)
-cpu_ticks() { awk '{ print $14 + $15 }' "/proc/$1/stat"; }
 
 sleep 2
 navro_before=$(cpu_ticks "$NAVRO_PID")

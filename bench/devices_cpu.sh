@@ -8,12 +8,9 @@ root=$(cd "$(dirname "$0")/.." && pwd)
 build=$(cd "${1:-$root/build}" && pwd)
 seconds=${2:-60}
 navro="$build/src/navro"
-for program in "$navro" "$build/tests/desktop/navro_test_x11"; do
-    [ -x "$program" ] || { echo "devices_cpu: $program is missing; build first" >&2; exit 1; }
-done
-
 # shellcheck source=lib.sh
 source "$root/bench/lib.sh"
+bench_require devices_cpu "$navro" "$build/tests/desktop/navro_test_x11"
 bench_desktop "$build"
 desktop_start_system_bus || exit 1
 desktop_start_mock upower upower org.freedesktop.UPower || exit 1
@@ -30,14 +27,7 @@ navro_start "$navro" || { echo "devices_cpu: Navro did not start" >&2; exit 1; }
 wait_until 10 "the battery" devices_has "len(d['batteries']) == 1 and len(d['drives']) == 1" ||
     { echo "devices_cpu: the monitors did not report" >&2; exit 1; }
 
-measure() {
-    local before after
-    before=$(cpu_ticks "$NAVRO_PID")
-    sleep "$seconds"
-    after=$(cpu_ticks "$NAVRO_PID")
-    awk -v t=$((after - before)) -v hz="$ticks" -v s="$seconds" -v what="$1" 'BEGIN {
-        printf "%s over %d s: %.2f s of CPU time (%.3f %% of one core)\n", what, s, t / hz, 100 * t / hz / s }'
-}
+measure() { measure_cpu "$1" "$seconds" "$NAVRO_PID"; }
 
 sleep 3
 measure "idle, every monitor running"

@@ -12,6 +12,25 @@ bench_desktop() {
     navro_settings hasCompletedOnboarding=true language=english
 }
 
+# bench_require NAME PROGRAM...: stops, naming the bench, when a program it runs is not built.
+bench_require() {
+    local name=$1 program
+    shift
+    for program in "$@"; do
+        [ -x "$program" ] || { echo "$name: $program is missing; build first" >&2; exit 1; }
+    done
+}
+
 ticks=$(getconf CLK_TCK)
 cpu_ticks() { awk '{ print $14 + $15 }' "/proc/$1/stat"; }
 rss_kib() { awk '/^VmRSS:/ { print $2 }' "/proc/$1/status"; }
+
+# measure_cpu WHAT SECONDS PID: the processor use of PID over the next SECONDS seconds, as a line.
+measure_cpu() {
+    local before after
+    before=$(cpu_ticks "$3")
+    sleep "$2"
+    after=$(cpu_ticks "$3")
+    awk -v t=$((after - before)) -v hz="$ticks" -v s="$2" -v what="$1" 'BEGIN {
+        printf "%s over %d s: %.2f s of CPU time (%.3f %% of one core)\n", what, s, t / hz, 100 * t / hz / s }'
+}

@@ -13,15 +13,10 @@ build=$(cd "${1:-$root/build}" && pwd)
 seconds=${2:-60}
 runs=${RUNS:-21}
 navro="$build/src/navro"
-for program in "$navro" "$build/src/navro-nowplaying" "$build/tests/desktop/navro_test_x11"; do
-    [ -x "$program" ] || { echo "nowplaying: $program is missing; build first" >&2; exit 1; }
-done
-
-# shellcheck source=../tests/desktop/lib.sh
-source "$root/tests/desktop/lib.sh"
-DESKTOP_HELPER="$build/tests/desktop/navro_test_x11"
-desktop_start || exit 1
-xdotool mousemove 100 700
+# shellcheck source=lib.sh
+source "$root/bench/lib.sh"
+bench_require nowplaying "$navro" "$build/src/navro-nowplaying" "$build/tests/desktop/navro_test_x11"
+bench_desktop "$build"
 desktop_start_sound || exit 1
 music="$DESKTOP_DIR/music"
 mkdir -p "$music"
@@ -31,9 +26,6 @@ sox -n -r 48000 -c 2 --comment "" --add-comment "TITLE=Long Song" --add-comment 
 desktop_start_player mpv "$music/long.ogg" || exit 1
 player=${PLAYER_BUS_NAME#org.mpris.MediaPlayer2.}
 
-ticks=$(getconf CLK_TCK)
-cpu_ticks() { awk '{ print $14 + $15 }' "/proc/$1/stat"; }
-rss_kib() { awk '/^VmRSS:/ { print $2 }' "/proc/$1/status"; }
 helper_of() { ps --ppid "$1" -o pid=,comm= | awk '$2 ~ /^navro-nowplay/ { print $1 }'; }
 
 start_navro() {

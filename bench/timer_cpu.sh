@@ -8,29 +8,13 @@ root=$(cd "$(dirname "$0")/.." && pwd)
 build=$(cd "${1:-$root/build}" && pwd)
 seconds=${2:-60}
 navro="$build/src/navro"
-for program in "$navro" "$build/tests/desktop/navro_test_x11"; do
-    [ -x "$program" ] || { echo "timer_cpu: $program is missing; build first" >&2; exit 1; }
-done
-
-# shellcheck source=../tests/desktop/lib.sh
-source "$root/tests/desktop/lib.sh"
-DESKTOP_HELPER="$build/tests/desktop/navro_test_x11"
-desktop_start || exit 1
-xdotool mousemove 100 700
+# shellcheck source=lib.sh
+source "$root/bench/lib.sh"
+bench_require timer_cpu "$navro" "$build/tests/desktop/navro_test_x11"
+bench_desktop "$build"
 navro_settings hasCompletedOnboarding=true language=english timerSound=false
 navro_start "$navro" || { echo "timer_cpu: Navro did not start" >&2; exit 1; }
-
-ticks=$(getconf CLK_TCK)
-cpu_ticks() { awk '{ print $14 + $15 }' "/proc/$1/stat"; }
-# measure WHAT: processor use of Navro over the next $seconds seconds.
-measure() {
-    local before after
-    before=$(cpu_ticks "$NAVRO_PID")
-    sleep "$seconds"
-    after=$(cpu_ticks "$NAVRO_PID")
-    awk -v t=$((after - before)) -v hz="$ticks" -v s="$seconds" -v what="$1" 'BEGIN {
-        printf "%s over %d s: %.2f s of CPU time (%.3f %% of one core)\n", what, s, t / hz, 100 * t / hz / s }'
-}
+measure() { measure_cpu "$1" "$seconds" "$NAVRO_PID"; }
 
 sleep 3
 measure "idle before any timer"
