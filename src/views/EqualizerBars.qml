@@ -47,8 +47,9 @@ Row {
                 width: parent.width
                 radius: width / 2
                 color: bars.color
+                // No animation between frames: the levels are smoothed already, and an animation
+                // would redraw at the display's rate instead of 30 times a second.
                 height: Math.max(width, parent.height * Math.max(0, Math.min(1, bars.level(index))))
-                Behavior on height { NumberAnimation { duration: 90 } }
             }
         }
     }
