@@ -52,12 +52,18 @@ void AudioBars::startTap()
     analyzer_.reset();
     // A failure reported while starting arrives before the tap is even kept: hence the flag.
     startFailed_ = false;
-    auto tap = audio_.startTap(analyzer_, [this](const SystemAudio::TapError& error) {
+    auto failed = [this](const SystemAudio::TapError& error) {
         logLine(LogChannel::bars, error.description());
         startFailed_ = true;
         // The bars go back to their own motion; the next change of what is wanted tries again.
         stopTap();
-    });
+    };
+    // On the capture's thread: the views hear of the levels only when they moved visibly.
+    auto analysed = [this] {
+        if (analyzer_.takeChange(visibleStep))
+            QMetaObject::invokeMethod(this, &AudioBars::levelsChanged, Qt::QueuedConnection);
+    };
+    auto tap = audio_.startTap(analyzer_, failed, analysed);
     if (startFailed_ || !tap)
         return;
     tap_ = std::move(tap);
@@ -81,14 +87,11 @@ void AudioBars::onDefaultOutputChanged()
         startTap();
 }
 
-QVariantList AudioBars::liveLevels(int count) const
+std::vector<float> AudioBars::liveLevels(int count) const
 {
-    QVariantList levels;
     if (!tap_ || !analyzer_.heardSound())
-        return levels;
-    for (float level : analyzer_.levels(count))
-        levels.append(level);
-    return levels;
+        return {};
+    return analyzer_.levels(count);
 }
 
 } // namespace navro

@@ -5,7 +5,6 @@
 #include "media/SystemAudio.h"
 
 #include <QObject>
-#include <QVariantList>
 #include <memory>
 
 namespace navro {
@@ -32,14 +31,18 @@ public:
     bool isListening() const { return tap_ != nullptr; }
     // The live levels of `count` bars, or nothing while no tap runs or it has not yet heard any
     // sound (the views then draw their own motion).
-    Q_INVOKABLE QVariantList liveLevels(int count) const;
+    std::vector<float> liveLevels(int count) const;
 
     SpectrumAnalyzer& analyzer() { return analyzer_; }
 
     static constexpr Duration stopDelay = std::chrono::seconds(5);
+    // A quarter of a pixel of the tallest bars drawn (18 px): smaller moves are not announced.
+    static constexpr float visibleStep = 1.0f / 64;
 
 signals:
     void listeningChanged();
+    // The live levels moved by a step the bars can show (a steady sound is quiet).
+    void levelsChanged();
 
 private:
     void update();

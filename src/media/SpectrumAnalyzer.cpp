@@ -174,10 +174,25 @@ bool SpectrumAnalyzer::heardSound() const
     return heardSound_;
 }
 
+bool SpectrumAnalyzer::takeChange(float step)
+{
+    std::lock_guard guard(lock_);
+    bool changed = heardSound_ != heardWhenTaken_;
+    for (std::size_t band = 0; band < smoothed_.size() && !changed; ++band)
+        changed = std::abs(smoothed_[band] - lastTaken_[band]) >= step;
+    if (changed) {
+        lastTaken_ = smoothed_;
+        heardWhenTaken_ = heardSound_;
+    }
+    return changed;
+}
+
 void SpectrumAnalyzer::reset()
 {
     filled_ = 0;
     peakDB_ = 0;
+    lastTaken_.fill(0);
+    heardWhenTaken_ = false;
     std::lock_guard guard(lock_);
     smoothed_.fill(0);
     lastUpdate_ = 0;

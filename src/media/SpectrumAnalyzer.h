@@ -43,6 +43,11 @@ public:
     bool heardSound() const;
     void reset();
 
+    // Audio thread, after process(): whether the levels have moved by at least `step` in some
+    // band, or sound was first heard, since the last time this answered yes. Lets the capture
+    // wake the views only for a change they can show; a steady sound wakes nobody.
+    bool takeChange(float step);
+
     // The falling reference level of the loudest band, in dB (the audio thread's state).
     float peakDB() const { return peakDB_; }
 
@@ -63,6 +68,8 @@ private:
     std::array<int, 25> bandEdges_{};
     std::array<float, 24> bandBoost_{};
     float peakDB_ = 0;
+    std::array<float, 24> lastTaken_{};
+    bool heardWhenTaken_ = false;
 
     mutable std::mutex lock_;
     std::array<float, 24> smoothed_{};

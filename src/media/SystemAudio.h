@@ -24,13 +24,16 @@ public:
         virtual ~Tap() = default;
     };
     using TapFailed = std::function<void(const TapError&)>;
+    // Called on the capture's thread each time a batch of sound has gone through the analyser.
+    using Analysed = std::function<void()>;
 
     virtual ~SystemAudio() = default;
     // False when the system offers no way to listen (no sound server): no tap is ever made then.
     virtual bool canListen() const = 0;
     // Starts listening on the default output. Starting may finish later; a step that fails then
     // or at any time afterwards calls `failed` once, on this thread, and the tap stays silent.
-    virtual std::unique_ptr<Tap> startTap(SpectrumAnalyzer& analyzer, TapFailed failed) = 0;
+    virtual std::unique_ptr<Tap> startTap(SpectrumAnalyzer& analyzer, TapFailed failed,
+                                          Analysed analysed) = 0;
     // Called on this thread whenever another output becomes the default.
     virtual void setDefaultOutputChanged(std::function<void()> changed) = 0;
 };

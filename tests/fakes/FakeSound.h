@@ -26,10 +26,12 @@ public:
     };
 
     bool canListen() const override { return listenable; }
-    std::unique_ptr<Tap> startTap(SpectrumAnalyzer& analyzer, TapFailed failed) override
+    std::unique_ptr<Tap> startTap(SpectrumAnalyzer& analyzer, TapFailed failed,
+                                  Analysed analysed) override
     {
         ++started;
         lastAnalyzer = &analyzer;
+        lastAnalysed = std::move(analysed);
         if (failAtOnce) {
             failed(*failAtOnce);
             return nullptr;
@@ -49,6 +51,7 @@ public:
     int live = 0;
     FakeTap* latest = nullptr;
     SpectrumAnalyzer* lastAnalyzer = nullptr;
+    Analysed lastAnalysed; // what the capture's thread calls after each batch
     std::function<void()> defaultOutputChanged;
 };
 

@@ -7,9 +7,11 @@
 #include "app/AppSettings.h"
 #include "app/Log.h"
 
+#include <QThread>
 #include <cmath>
 #include <gtest/gtest.h>
 #include <numbers>
+#include <thread>
 
 namespace navro {
 namespace {
@@ -41,7 +43,7 @@ TEST(AudioBars, NothingIsCapturedWhileNothingPlays)
     f.clock.advance(1min);
     EXPECT_EQ(f.audio.started, 0);
     EXPECT_FALSE(f.bars.isListening());
-    EXPECT_TRUE(f.bars.liveLevels(4).isEmpty());
+    EXPECT_TRUE(f.bars.liveLevels(4).empty());
 }
 
 TEST(AudioBars, ListensAtOnceWhenMusicPlaysAndStopsFiveSecondsAfter)
@@ -93,7 +95,7 @@ TEST(AudioBars, WithoutASoundServerNoTapIsEverMade)
     f.settings.setBarsFollowSound(false);
     f.settings.setBarsFollowSound(true);
     EXPECT_EQ(f.audio.started, 0);
-    EXPECT_TRUE(f.bars.liveLevels(4).isEmpty());
+    EXPECT_TRUE(f.bars.liveLevels(4).empty());
 }
 
 TEST(AudioBars, AFailedStartIsLoggedOnceAndTriedAgainOnTheNextChange)
@@ -119,11 +121,11 @@ TEST(AudioBars, ALaterFailureDropsTheTapAndTheLiveLevels)
     CapturingLogSink log;
     f.bars.setPlaying(true);
     f.feedTone();
-    ASSERT_FALSE(f.bars.liveLevels(4).isEmpty());
+    ASSERT_FALSE(f.bars.liveLevels(4).empty());
     f.audio.latest->failed({"Read format", 7});
     EXPECT_FALSE(f.bars.isListening());
     EXPECT_EQ(f.audio.live, 0);
-    EXPECT_TRUE(f.bars.liveLevels(4).isEmpty());
+    EXPECT_TRUE(f.bars.liveLevels(4).empty());
     EXPECT_TRUE(log.contains("Read format failed (7)"));
 }
 
@@ -133,16 +135,53 @@ TEST(AudioBars, ATapThatHasNotHeardSoundLeavesTheBarsToTheirOwnMotion)
     f.bars.setPlaying(true);
     std::vector<float> silence(4096, 0.0f);
     f.bars.analyzer().process(silence.data(), silence.size(), 1);
-    EXPECT_TRUE(f.bars.liveLevels(4).isEmpty());
+    EXPECT_TRUE(f.bars.liveLevels(4).empty());
 
     f.feedTone();
-    const QVariantList levels = f.bars.liveLevels(4);
-    ASSERT_EQ(levels.size(), 4);
+    const std::vector<float> levels = f.bars.liveLevels(4);
+    ASSERT_EQ(levels.size(), 4u);
     // The tone lies in the second quarter of the bands.
-    EXPECT_GT(levels[1].toFloat(), 0.5f);
+    EXPECT_GT(levels[1], 0.5f);
     // Once sound was heard, silence is shown as live levels at rest rather than as motion.
     f.bars.analyzer().process(silence.data(), silence.size(), 1);
-    EXPECT_EQ(f.bars.liveLevels(4).size(), 4);
+    EXPECT_EQ(f.bars.liveLevels(4).size(), 4u);
+}
+
+TEST(AudioBars, TheViewsHearOfLevelsOnTheirThreadOnlyWhenTheyMoveVisibly)
+{
+    Fixture f;
+    int changes = 0;
+    bool onThisThread = true;
+    QObject::connect(&f.bars, &AudioBars::levelsChanged, [&] {
+        ++changes;
+        onThisThread = onThisThread && QThread::currentThread() == f.bars.thread();
+    });
+    f.bars.setPlaying(true);
+    ASSERT_TRUE(f.audio.lastAnalysed);
+    // The capture's thread analyses and reports; the signal arrives on this one.
+    const auto captureBatch = [&f](auto&& feed) {
+        std::thread capture([&] {
+            feed();
+            f.audio.lastAnalysed();
+        });
+        capture.join();
+        QCoreApplication::processEvents();
+    };
+    captureBatch([&f] { f.feedTone(); });
+    EXPECT_EQ(changes, 1);
+    // The same tone again, once settled: no news, no wake-up.
+    for (int batch = 0; batch < 20; ++batch)
+        captureBatch([&f] { f.feedTone(); });
+    const int settled = changes;
+    captureBatch([&f] { f.feedTone(); });
+    EXPECT_EQ(changes, settled);
+    // The sound stops: the bars fall, and they are told.
+    captureBatch([&f] {
+        std::vector<float> silence(4096, 0.0f);
+        f.bars.analyzer().process(silence.data(), silence.size(), 1);
+    });
+    EXPECT_EQ(changes, settled + 1);
+    EXPECT_TRUE(onThisThread);
 }
 
 TEST(AudioBars, ANewTapStartsFromAResetAnalyser)
@@ -154,7 +193,7 @@ TEST(AudioBars, ANewTapStartsFromAResetAnalyser)
     f.clock.advance(5s);
     f.bars.setPlaying(true);
     EXPECT_FALSE(f.bars.analyzer().heardSound());
-    EXPECT_TRUE(f.bars.liveLevels(4).isEmpty());
+    EXPECT_TRUE(f.bars.liveLevels(4).empty());
 }
 
 TEST(AudioBars, AnotherDefaultOutputRebuildsTheTapWhileWanted)

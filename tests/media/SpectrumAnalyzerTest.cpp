@@ -246,6 +246,32 @@ TEST_F(Fixture, ResetForgetsEverything)
     EXPECT_TRUE(analyzer.heardSound());
 }
 
+TEST_F(Fixture, ChangesAreTakenOnlyWhenTheyAreBigEnoughToShow)
+{
+    // Silence from the start: nothing to show.
+    feedSilence(analyzer, 4096);
+    EXPECT_FALSE(analyzer.takeChange(1.0f / 64));
+    // The first sound is news, however small its levels.
+    feed(sine(440, 48000, 2048, 1, 0.002f));
+    EXPECT_TRUE(analyzer.takeChange(1.0f));
+    EXPECT_FALSE(analyzer.takeChange(1.0f));
+    // A tone that grows is news until it settles; once steady, the same tone is quiet.
+    feed(sine(440, 48000, 2048));
+    EXPECT_TRUE(analyzer.takeChange(1.0f / 64));
+    for (int round = 0; round < 40; ++round)
+        feed(sine(440, 48000, 2048));
+    analyzer.takeChange(1.0f / 64);
+    feed(sine(440, 48000, 2048));
+    EXPECT_FALSE(analyzer.takeChange(1.0f / 64));
+    // Falling silent decays every band by 14 % a frame: news again.
+    feedSilence(analyzer, 1024);
+    EXPECT_TRUE(analyzer.takeChange(1.0f / 64));
+    // After a reset, sound is heard for the first time again.
+    analyzer.reset();
+    feed(sine(440, 48000, 2048, 1, 0.002f));
+    EXPECT_TRUE(analyzer.takeChange(1.0f));
+}
+
 std::array<float, 24> ramp()
 {
     std::array<float, 24> bands{};

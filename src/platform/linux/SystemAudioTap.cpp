@@ -8,8 +8,9 @@
 namespace navro {
 
 SystemAudioTap::SystemAudioTap(PulseAudioConnection& connection, SpectrumAnalyzer& analyzer,
-                               SystemAudio::TapFailed failed)
-    : connection_(connection), analyzer_(analyzer), failed_(std::move(failed))
+                               SystemAudio::TapFailed failed, SystemAudio::Analysed analysed)
+    : connection_(connection), analyzer_(analyzer), failed_(std::move(failed)),
+      analysed_(std::move(analysed))
 {
     switch (connection_.state()) {
     case PulseAudioConnection::State::ready:
@@ -128,14 +129,17 @@ void SystemAudioTap::onReadable(pa_stream* stream, std::size_t, void* data)
     const std::size_t frameBytes = sizeof(float) * std::size_t(self->channels_);
     const void* samples = nullptr;
     std::size_t bytes = 0;
-    while (pa_stream_readable_size(stream) > 0 && pa_stream_peek(stream, &samples, &bytes) == 0 &&
-           bytes > 0) {
+    // Every call into the library costs a system call here (its fork check), so the loop asks
+    // only for the next piece: an empty one means the buffer is drained.
+    while (pa_stream_peek(stream, &samples, &bytes) == 0 && bytes > 0) {
         // A hole in the stream (no data) is skipped like the data is.
         if (samples)
             self->analyzer_.process(static_cast<const float*>(samples), bytes / frameBytes,
                                     self->channels_);
         pa_stream_drop(stream);
     }
+    if (self->analysed_)
+        self->analysed_();
 }
 
 void SystemAudioTap::onStreamState(pa_stream* stream, void* data)
@@ -171,9 +175,10 @@ bool PulseSystemAudio::canListen() const
 }
 
 std::unique_ptr<SystemAudio::Tap> PulseSystemAudio::startTap(SpectrumAnalyzer& analyzer,
-                                                             TapFailed failed)
+                                                             TapFailed failed, Analysed analysed)
 {
-    return std::make_unique<SystemAudioTap>(connection_, analyzer, std::move(failed));
+    return std::make_unique<SystemAudioTap>(connection_, analyzer, std::move(failed),
+                                            std::move(analysed));
 }
 
 void PulseSystemAudio::setDefaultOutputChanged(std::function<void()> changed)

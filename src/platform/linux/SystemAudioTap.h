@@ -13,16 +13,17 @@ class PulseAudioConnection;
 
 // Listens to everything the default sink plays: a record stream "Navro bars" on its monitor, in
 // 32-bit float at the sink's own rate and channel count, fed to the analyser on the loop's
-// thread. Fragments of 40 ms wake Navro 25 times a second.
+// thread. Fragments of 50 ms wake Navro 20 times a second: the bars move smoothly at that rate,
+// and every wake-up costs more than the analysis it brings.
 class SystemAudioTap final : public QObject, public SystemAudio::Tap {
     Q_OBJECT
 
 public:
     SystemAudioTap(PulseAudioConnection& connection, SpectrumAnalyzer& analyzer,
-                   SystemAudio::TapFailed failed);
+                   SystemAudio::TapFailed failed, SystemAudio::Analysed analysed);
     ~SystemAudioTap() override;
 
-    static constexpr int wakesPerSecond = 25;
+    static constexpr int wakesPerSecond = 20;
 
 private:
     void start();
@@ -36,6 +37,7 @@ private:
     PulseAudioConnection& connection_;
     SpectrumAnalyzer& analyzer_;
     SystemAudio::TapFailed failed_;
+    SystemAudio::Analysed analysed_;
     // Loop thread, under the lock.
     pa_operation* pending_ = nullptr;
     pa_stream* stream_ = nullptr;
@@ -51,7 +53,8 @@ public:
     explicit PulseSystemAudio(PulseAudioConnection& connection);
 
     bool canListen() const override;
-    std::unique_ptr<Tap> startTap(SpectrumAnalyzer& analyzer, TapFailed failed) override;
+    std::unique_ptr<Tap> startTap(SpectrumAnalyzer& analyzer, TapFailed failed,
+                                  Analysed analysed) override;
     void setDefaultOutputChanged(std::function<void()> changed) override;
 
 private:
