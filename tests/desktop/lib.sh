@@ -317,8 +317,16 @@ check() {
     fi
 }
 
+# views_loaded: no view of Navro's failed to load (a type it names missing, a file that does not
+# compile); the rest of the window would still show and hide the loss.
+views_loaded() {
+    ! cat "$DESKTOP_DIR"/logs/navro*.log 2>/dev/null |
+        grep -E 'qrc:/Navro/.*(unavailable|is not a type|is not installed|failed to load|non-existent property)'
+}
+
 # finish: prints the summary, Navro's log on failure, and exits with the verdict.
 finish() {
+    check "Navro's views all loaded" views_loaded
     echo "$((desktop_checks - desktop_failures)) passed, $desktop_failures failed"
     if [ "$desktop_failures" -ne 0 ]; then
         local log
