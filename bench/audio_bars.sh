@@ -4,6 +4,8 @@
 # (30 frames a second from the same monitor, drawing to a terminal nobody reads):
 #   - processor use of Navro and of cava over SECONDS;
 #   - Navro's processor use over 10 s, starting 10 s after playback stopped.
+# SOUND=music plays pink noise swelling three times a second instead, so that the bars move all
+# the time (a steady tone lets them rest).
 set -uo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 build=$(cd "${1:-$root/build}" && pwd)
@@ -17,8 +19,13 @@ bench_desktop "$build"
 desktop_start_sound || exit 1
 music="$DESKTOP_DIR/music"
 mkdir -p "$music"
+case ${SOUND:-tone} in
+tone) sound=(sine 440 vol 0.5) description="440 Hz playing" ;;
+music) sound=(pinknoise tremolo 3 90 vol 0.5) description="swelling noise playing" ;;
+*) echo "audio_bars: SOUND is tone or music" >&2; exit 2 ;;
+esac
 sox -n -r 48000 -c 2 --comment "" --add-comment "TITLE=Tone" "$music/tone.ogg" \
-    synth $((seconds + 60)) sine 440 vol 0.5 || exit 1
+    synth $((seconds + 60)) "${sound[@]}" || exit 1
 desktop_start_player mpv "$music/tone.ogg" || exit 1
 player=${PLAYER_BUS_NAME#org.mpris.MediaPlayer2.}
 
@@ -44,22 +51,18 @@ wait_until 10 "cava" eval 'cava_pid=$(pgrep -n -x cava) && [ -n "$cava_pid" ]' |
 cava_pid=$(pgrep -n -x cava)
 
 sleep 2
-navro_before=$(cpu_ticks "$NAVRO_PID")
-cava_before=$(cpu_ticks "$cava_pid")
+navro_before=$(cpu_ns "$NAVRO_PID")
+cava_before=$(cpu_ns "$cava_pid")
 sleep "$seconds"
-awk -v n=$(($(cpu_ticks "$NAVRO_PID") - navro_before)) -v c=$(($(cpu_ticks "$cava_pid") - cava_before)) \
-    -v hz="$ticks" -v s="$seconds" 'BEGIN {
-    printf "processor use over %d s, 440 Hz playing, live bars in the closed notch: Navro %.2f s (%.2f %% of one core), cava at 30 fps %.2f s (%.2f %%)\n",
-        s, n / hz, 100 * n / hz / s, c / hz, 100 * c / hz / s }'
+awk -v n=$(($(cpu_ns "$NAVRO_PID") - navro_before)) -v c=$(($(cpu_ns "$cava_pid") - cava_before)) \
+    -v s="$seconds" -v what="$description" 'BEGIN {
+    printf "processor use over %d s, %s, live bars in the closed notch: Navro %.3f s (%.2f %% of one core), cava at 30 fps %.3f s (%.2f %%); Navro/cava %.2f\n",
+        s, what, n / 1e9, 100 * n / 1e9 / s, c / 1e9, 100 * c / 1e9 / s, n / c }'
 
 kill "$cava_pid" 2>/dev/null
 playerctl -p "$player" pause
 wait_until 5 "paused" now_playing_field_is playing false || exit 1
 sleep 10
-navro_before=$(cpu_ticks "$NAVRO_PID")
-sleep 10
-awk -v n=$(($(cpu_ticks "$NAVRO_PID") - navro_before)) -v hz="$ticks" 'BEGIN {
-    printf "processor use over 10 s from 10 s after playback stopped: Navro %.2f s (%.2f %%)\n",
-        n / hz, 100 * n / hz / 10 }'
+measure_cpu "processor use from 10 s after playback stopped" 10 "$NAVRO_PID"
 echo "Navro bars record streams left: $(recording_source "Navro bars" | wc -l)"
 desktop_stop_all
