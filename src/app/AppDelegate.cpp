@@ -216,6 +216,18 @@ void AppDelegate::start()
     actions_ = std::make_unique<AppActions>(std::move(callbacks), launchAtLogin_.get());
     engine_->rootContext()->setContextProperty(QStringLiteral("app"), actions_.get());
 
+    // What the closed notch does not need waits until it is on screen.
+    notch_->afterFirstFrame([self] {
+        if (self)
+            self->finishStart();
+    });
+}
+
+// The rest of start-up, in its order: the status item and the hot key, onboarding, the
+// application services, and the control interface on the bus.
+void AppDelegate::finishStart()
+{
+    QPointer<AppDelegate> self(this);
     setUpStatusItem();
     setUpHotKey();
 

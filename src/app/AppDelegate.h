@@ -131,6 +131,7 @@ private:
     void presentOnboarding();
     MenuBarActions menuBarActions();
     void setUpEngine();
+    void finishStart();
     void setUpStatusItem();
     void setUpHotKey();
     void finishOnboarding();

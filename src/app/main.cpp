@@ -10,7 +10,6 @@
 
 #include <QApplication>
 #include <QQmlEngineExtensionPlugin>
-#include <QQuickStyle>
 #include <QQuickWindow>
 #include <cstdio>
 #include <cstdlib>
@@ -138,7 +137,6 @@ int main(int argc, char* argv[])
 
     // Every view is compiled into the program; a cache on disk could only be stale or damaged.
     qputenv("QML_DISABLE_DISK_CACHE", "1");
-    QQuickStyle::setStyle(QStringLiteral("Basic"));
     // The notch is a few flat shapes and some text. Qt Quick's own software renderer draws them
     // without loading an OpenGL driver, which on machines without a GPU (Mesa's llvmpipe) more
     // than halves resident memory and costs less processor time per animation frame.

@@ -87,6 +87,9 @@ NotchWindowController::NotchWindowController(NotchViewModel& viewModel, AppSetti
     for (QScreen* screen : QGuiApplication::screens())
         watchScreen(screen);
 
+    // Placed before the views exist, so that they start where the notch is instead of moving
+    // (and animating) there from the window's corner.
+    placePanel();
     panel_->setSource(rootView);
     rebuildGeometry();
 }
@@ -121,6 +124,28 @@ bool NotchWindowController::pointerInOpenHotZone() const
 {
     const auto position = pointerPosition();
     return position && viewModel_.isOpen() && viewModel_.hotZoneRect().contains(*position);
+}
+
+void NotchWindowController::afterFirstFrame(std::function<void()> next)
+{
+    if (!panel_->isVisible()) {
+        QTimer::singleShot(0, this, std::move(next));
+        return;
+    }
+    // Queued: the frame's own work is done by the time `next` runs. Two frames can be queued
+    // before the first of them is handled; only the first counts.
+    auto connection = std::make_shared<QMetaObject::Connection>();
+    *connection = connect(
+        panel_.get(), &QQuickWindow::frameSwapped, this,
+        [connection, next = std::move(next)] {
+            if (!*connection)
+                return;
+            const auto run = next;
+            disconnect(*connection);
+            *connection = {};
+            run();
+        },
+        Qt::QueuedConnection);
 }
 
 void NotchWindowController::takeFocus()
@@ -169,7 +194,7 @@ void NotchWindowController::watchScreen(QScreen* screen)
     connect(screen, &QScreen::availableGeometryChanged, this, [this] { rebuild_.start(); });
 }
 
-void NotchWindowController::rebuildGeometry()
+void NotchWindowController::placePanel()
 {
     const auto geometry = currentNotchGeometry();
     hasScreen_ = geometry.has_value();
@@ -177,6 +202,11 @@ void NotchWindowController::rebuildGeometry()
         viewModel_.setGeometry(*geometry);
         panel_->place(screenFor(*geometry), notchPanelFrame(*geometry));
     }
+}
+
+void NotchWindowController::rebuildGeometry()
+{
+    placePanel();
     updateInputRect();
     updateVisibility();
 }

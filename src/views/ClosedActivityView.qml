@@ -197,7 +197,7 @@ Item {
     Component {
         id: timerLeading
         Item {
-            ProgressRing {
+            LazyProgressRing {
                 anchors.verticalCenter: parent.verticalCenter
                 size: Theme.closedIconSize
                 progress: timerService.progress
@@ -233,7 +233,7 @@ Item {
     Component {
         id: transferTrailing
         Item {
-            ProgressRing {
+            LazyProgressRing {
                 anchors.verticalCenter: parent.verticalCenter
                 anchors.right: parent.right
                 size: Theme.closedIconSize

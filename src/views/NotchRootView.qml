@@ -20,6 +20,16 @@ Item {
     readonly property int originX: Window.window ? Window.window.x : 0
     readonly property int originY: Window.window ? Window.window.y : 0
     readonly property rect target: isOpen ? notch.openRect : notch.closedRect
+    // The notch's moves animate once it is in place: while the view is built its window's
+    // position is not known yet, and the first placement must not slide in from the corner.
+    property bool animates: false
+    Component.onCompleted: Qt.callLater(() => root.animates = true)
+    property bool openViewWanted: false
+    onIsOpenChanged: if (isOpen) openViewWanted = true
+    Connections {
+        target: notch
+        function onIsHoveringChanged() { if (notch.isHovering) root.openViewWanted = true }
+    }
 
     NotchShape {
         id: notchShape
@@ -31,11 +41,11 @@ Item {
         earRadius: root.isOpen ? Theme.openEarRadius : Theme.closedEarRadius
         bottomRadius: root.isOpen ? Theme.openBottomRadius : Theme.closedBottomRadius
 
-        Behavior on x { NotchMotion { opening: root.isOpen } }
-        Behavior on width { NotchMotion { opening: root.isOpen } }
-        Behavior on height { NotchMotion { opening: root.isOpen } }
-        Behavior on earRadius { NotchMotion { opening: root.isOpen } }
-        Behavior on bottomRadius { NotchMotion { opening: root.isOpen } }
+        Behavior on x { enabled: root.animates; NotchMotion { opening: root.isOpen } }
+        Behavior on width { enabled: root.animates; NotchMotion { opening: root.isOpen } }
+        Behavior on height { enabled: root.animates; NotchMotion { opening: root.isOpen } }
+        Behavior on earRadius { enabled: root.animates; NotchMotion { opening: root.isOpen } }
+        Behavior on bottomRadius { enabled: root.animates; NotchMotion { opening: root.isOpen } }
 
         // Files dragged over the notch: it widens and opens on the shelf, which takes the drop.
         // Dropped anywhere but on a section of the shelf, they land in the first section.
@@ -89,12 +99,22 @@ Item {
             Behavior on opacity { NumberAnimation { duration: Theme.fadeDuration } }
         }
 
-        OpenNotchView {
+        // The open notch is built the first time it is wanted, not before the closed notch is on
+        // screen: named by its file, its views and the controls they use load with it. The
+        // pointer resting on the notch starts building it while the hover delay runs; opening
+        // finishes the build at once.
+        Loader {
+            id: openView
+            objectName: "openNotchLoader"
             anchors.horizontalCenter: parent.horizontalCenter
             anchors.top: parent.top
             // Narrower on a small screen: the tabs and their content reflow.
             width: notch.openRect.width
             height: notch.openRect.height
+            active: root.openViewWanted
+            asynchronous: !root.isOpen
+            source: "OpenNotchView.qml"
+            focus: true
             opacity: root.isOpen ? 1 : 0
             visible: opacity > 0
             enabled: root.isOpen

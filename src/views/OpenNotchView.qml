@@ -15,9 +15,11 @@ Item {
     // the selected tab's button gets it. The ring shows unless the pointer is on the notch (a
     // click opened it, and a ring would only be noise).
     readonly property bool hasKeyboard: notch.isOpen && Window.active
-    onHasKeyboardChanged: {
-        if (!hasKeyboard)
-            return;
+    onHasKeyboardChanged: if (hasKeyboard) takeKeyboard()
+    // Built while the notch already has the keyboard (its first opening).
+    Component.onCompleted: if (hasKeyboard) takeKeyboard()
+
+    function takeKeyboard() {
         const reason = notch.isHovering ? Qt.MouseFocusReason : Qt.TabFocusReason;
         const view = content.item ? content.item.item : null;
         if (view && typeof view.takeKeyboard === "function")

@@ -110,6 +110,32 @@ TEST_F(NotchWindowControllerTest, ShowsTheFixedPanelAtTheTopCentreOfThePrimarySc
     EXPECT_EQ(model.geometry().screenWidth, screen.width());
 }
 
+TEST_F(NotchWindowControllerTest, WhatWaitsForTheFirstFrameRunsOnceAfterIt)
+{
+    int runs = 0;
+    controller->afterFirstFrame([&] { ++runs; });
+    EXPECT_EQ(runs, 0);
+    // Two frames can be swapped before the event loop hears of the first.
+    emit controller->panel()->frameSwapped();
+    emit controller->panel()->frameSwapped();
+    EXPECT_EQ(runs, 0) << "ran inside the frame";
+    QCoreApplication::processEvents();
+    EXPECT_EQ(runs, 1);
+    emit controller->panel()->frameSwapped();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(runs, 1);
+}
+
+TEST_F(NotchWindowControllerTest, WithoutANotchOnScreenWhatWaitsForItRunsAtTheNextTurn)
+{
+    settings.setNotchEnabled(false);
+    int runs = 0;
+    controller->afterFirstFrame([&] { ++runs; });
+    EXPECT_EQ(runs, 0);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(runs, 1);
+}
+
 TEST_F(NotchWindowControllerTest, TakesPointerInputOnlyOverTheDrawnNotch)
 {
     EXPECT_EQ(lastRegion(), QRegion(local(model.closedRect())));
