@@ -15,10 +15,10 @@
 #include "app/Shell.h"
 #include "app/SoundPlayer.h"
 #include "app/ThemeIconProvider.h"
-#include "data/CaptureService.h"
 #include "app/Version.h"
 #include "calendar/BackgroundQueue.h"
 #include "calendar/CalendarService.h"
+#include "data/CaptureService.h"
 #include "data/ClipboardHistoryModel.h"
 #include "data/ClipboardImageProvider.h"
 #include "data/ClipboardStore.h"
@@ -147,6 +147,8 @@ void AppDelegate::start()
     clipboard_->start();
     clipboardHistory_ = std::make_unique<ClipboardHistoryModel>(*clipboard_);
     activityCenter_ = std::make_unique<ActivityCenter>(clock_, *settings_);
+    timeEvents_->addHandler(
+        [this](SystemTimeEvents::Event) { activityCenter_->noteClockChanged(); });
     startCapture();
     connect(prayer_.get(), &PrayerService::prayerChanged, activityCenter_.get(),
             &ActivityCenter::notePrayerChanged);

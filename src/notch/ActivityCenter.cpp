@@ -22,7 +22,6 @@ ActivityCenter::ActivityCenter(Clock& clock, const AppSettings& settings, QObjec
 {
     connect(&settings_, &AppSettings::settingsChanged, this, &ActivityCenter::requestEvaluation);
     current_ = computeActivity(snapshot());
-    refreshTask_->schedule(refreshInterval, [this] { refreshLoop(); });
 }
 
 ActivityCenter::~ActivityCenter() = default;
@@ -101,6 +100,7 @@ void ActivityCenter::setNextMeeting(std::optional<Meeting> meeting)
         return;
     nextMeeting_ = std::move(meeting);
     requestEvaluation();
+    scheduleRefresh();
 }
 
 void ActivityCenter::setTransfersInProgress(bool any)
@@ -128,6 +128,12 @@ void ActivityCenter::notePrayerChanged()
     requestEvaluation();
 }
 
+void ActivityCenter::noteClockChanged()
+{
+    requestEvaluation();
+    scheduleRefresh();
+}
+
 ActivityInputs ActivityCenter::snapshot() const
 {
     ActivityInputs inputs;
@@ -151,10 +157,23 @@ void ActivityCenter::requestEvaluation()
         evaluationTask_->schedule(Duration::zero(), [this] { update(); });
 }
 
-void ActivityCenter::refreshLoop()
+// Time alone changes only whether the next meeting shows. While it may, the activity is looked
+// at again every 15 s; before its window opens, once when it does; without a meeting or after
+// its window, time changes nothing and nothing wakes.
+void ActivityCenter::scheduleRefresh()
 {
-    update();
-    refreshTask_->schedule(refreshInterval, [this] { refreshLoop(); });
+    refreshTask_->cancel();
+    if (!nextMeeting_)
+        return;
+    const MeetingWindow window = meetingWindow(*nextMeeting_);
+    const WallTime now = clock_.now();
+    if (now >= window.closes)
+        return;
+    const Duration wait = window.opens > now ? window.opens - now : refreshInterval;
+    refreshTask_->schedule(wait, [this] {
+        update();
+        scheduleRefresh();
+    });
 }
 
 } // namespace navro

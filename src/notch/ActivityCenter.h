@@ -17,8 +17,9 @@ class AppSettings;
 //
 // Every input change (the setters below, the settings, the toast) asks for one evaluation on the
 // next turn of the event loop, when the new values are all in place, so a burst of changes in
-// one turn costs one evaluation. A 15-second loop catches what changes with time alone (a
-// meeting entering or leaving its window). current changes only when the computed value differs.
+// one turn costs one evaluation. What changes with time alone (a meeting entering or leaving its
+// window) is caught by a 15-second loop that runs only while the next meeting may be showing,
+// with one wake-up when its window opens. current changes only when the computed value differs.
 class ActivityCenter : public QObject {
     Q_OBJECT
     Q_PROPERTY(QVariantMap current READ currentMap NOTIFY currentChanged)
@@ -50,6 +51,8 @@ public:
     void setTransfersInProgress(bool any);               // transfer monitor: its list is not empty
     void setPlaybackRate(std::optional<double> rate);    // now playing: none when no information
     void notePrayerChanged();                            // prayer service: any change
+    void noteClockChanged(); // the wall clock was set or the machine woke: the meeting's window
+                             // is measured anew
 
     // How many times the rule has run, to see that bursts of changes stay cheap.
     std::size_t evaluationCount() const { return evaluations_; }
@@ -61,7 +64,7 @@ signals:
 private:
     ActivityInputs snapshot() const;
     void requestEvaluation();
-    void refreshLoop();
+    void scheduleRefresh();
 
     Clock& clock_;
     const AppSettings& settings_;

@@ -2,11 +2,16 @@
 
 namespace navro {
 
-bool meetingIsImminent(const Meeting& meeting, WallTime now)
+MeetingWindow meetingWindow(const Meeting& meeting)
 {
     using namespace std::chrono_literals;
-    const auto untilStart = meeting.start - now;
-    return untilStart > -300s && untilStart <= 600s && meeting.end > now;
+    return {meeting.start - 10min, std::min(meeting.start + 5min, meeting.end)};
+}
+
+bool meetingIsImminent(const Meeting& meeting, WallTime now)
+{
+    const MeetingWindow window = meetingWindow(meeting);
+    return window.opens <= now && now < window.closes;
 }
 
 std::optional<ClosedActivity> computeActivity(const ActivityInputs& inputs)

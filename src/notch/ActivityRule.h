@@ -28,6 +28,11 @@ struct ActivityInputs {
 
 // A meeting shows from 10 minutes before its start until 5 minutes after it (the later bound
 // excluded), and never once it has ended.
+struct MeetingWindow {
+    WallTime opens;
+    WallTime closes; // excluded
+};
+MeetingWindow meetingWindow(const Meeting& meeting);
 bool meetingIsImminent(const Meeting& meeting, WallTime now);
 
 // The strict priority: recording, toast, timer, meeting, transfer, music, else none. Prayer

@@ -85,25 +85,41 @@ TEST_F(ActivityCenterTest, AnInputSetToItsCurrentValueCostsNoEvaluation)
     center.setRecording(false);
     center.setNextMeeting(std::nullopt);
     center.setPlaybackRate(std::nullopt);
-    EXPECT_EQ(clock.pendingCount(), 1u) << "only the periodic refresh is waiting";
+    EXPECT_EQ(clock.pendingCount(), 0u);
 }
 
-TEST_F(ActivityCenterTest, ReevaluatesEveryFifteenSecondsForTimeDrivenChanges)
+TEST_F(ActivityCenterTest, TimeAloneWakesItOnlyForTheNextMeetingsWindow)
 {
-    // Enters its 10-minute window 20 s from now; the refresh at 30 s is the first to see it.
+    // Without a meeting nothing changes with time, and nothing waits.
+    clock.advance(1h);
+    EXPECT_EQ(clock.pendingCount(), 0u);
+
+    // Enters its 10-minute window 20 s from now: one wake-up then, not a loop before it.
     center.setNextMeeting(meetingStartingIn(620s));
     clock.runDue();
     EXPECT_EQ(center.current(), std::nullopt);
-    clock.advance(29s);
+    const auto before = center.evaluationCount();
+    clock.advance(19s);
     EXPECT_EQ(center.current(), std::nullopt);
+    EXPECT_EQ(center.evaluationCount(), before);
     clock.advance(1s);
     EXPECT_EQ(kind(), Kind::meeting);
 
-    // 5 minutes after its start it goes, at the refresh that follows.
-    clock.advance(620s + 300s - 30s);
+    // Inside the window every 15 s; 5 minutes after its start it goes at the look that follows,
+    // and then time changes nothing more.
+    clock.advance(620s + 300s - 20s - 1s);
     EXPECT_EQ(kind(), Kind::meeting);
     clock.advance(15s);
     EXPECT_EQ(center.current(), std::nullopt);
+    EXPECT_EQ(clock.pendingCount(), 0u);
+}
+
+TEST_F(ActivityCenterTest, AMeetingThatHasEndedWaitsForNothing)
+{
+    center.setNextMeeting(meetingStartingIn(-20min));
+    clock.runDue();
+    EXPECT_EQ(center.current(), std::nullopt);
+    EXPECT_EQ(clock.pendingCount(), 0u);
 }
 
 TEST_F(ActivityCenterTest, TurningTheCalendarOffRemovesTheMeetingOnTheNextEvaluation)
