@@ -15,10 +15,10 @@
 #include "app/Shell.h"
 #include "app/SoundPlayer.h"
 #include "app/ThemeIconProvider.h"
-#include "data/CaptureService.h"
 #include "app/Version.h"
 #include "calendar/BackgroundQueue.h"
 #include "calendar/CalendarService.h"
+#include "data/CaptureService.h"
 #include "data/ClipboardHistoryModel.h"
 #include "data/ClipboardImageProvider.h"
 #include "data/ClipboardStore.h"
@@ -52,6 +52,7 @@
 #include "platform/linux/SystemAudioTap.h"
 #include "platform/linux/UDisks2Drives.h"
 #include "platform/linux/UPowerSource.h"
+#include "platform/linux/UdevUsbDevices.h"
 #include "prayer/AdhanAlert.h"
 #include "prayer/PrayerService.h"
 #include "services/AboutInfo.h"
@@ -494,6 +495,7 @@ void AppDelegate::startDevices()
     powerSource_ = std::make_unique<UPowerSource>();
     bluetoothSource_ = std::make_unique<BlueZDevices>();
     driveSource_ = std::make_unique<UDisks2Drives>();
+    usbSource_ = std::make_unique<UdevUsbDevices>();
     DeviceMonitor::Sources sources{powerSource_.get(), bluetoothSource_.get(), driveSource_.get(),
                                    usbSource_.get()};
     devices_ = std::make_unique<DeviceMonitor>(

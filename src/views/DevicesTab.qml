@@ -241,8 +241,13 @@ Flickable {
                 model: tab.hasDevices ? devices.usb : []
                 delegate: DeviceRow {
                     required property var modelData
+                    objectName: "usb:" + modelData.id
                     symbol: "cable.connector"
-                    title: modelData.name
+                    // A device neither the hardware database nor the device itself names.
+                    title: modelData.name !== "" ? modelData.name
+                                                 : (tab.arabic ? "جهاز USB" : "USB device")
+                    // Hexadecimal numbers, written as lsusb and the box write them.
+                    detail: modelData.name !== "" ? "" : modelData.ids
                 }
             }
         }
