@@ -50,6 +50,7 @@
 #include "platform/linux/PulseAudioOutputs.h"
 #include "platform/linux/RevealInFolder.h"
 #include "platform/linux/SystemAudioTap.h"
+#include "platform/linux/SystemBusGate.h"
 #include "platform/linux/UDisks2Drives.h"
 #include "platform/linux/UPowerSource.h"
 #include "platform/linux/UdevUsbDevices.h"
@@ -110,6 +111,9 @@ QIcon applicationIcon()
 
 AppDelegate::AppDelegate(QApplication& application)
     : application_(application),
+      // The probe starts now and answers while the rest starts.
+      systemBus_(std::make_unique<SystemBusGate>(SystemBusGate::defaultAddress(),
+                                                 std::chrono::seconds(2))),
       store_(std::make_unique<IniSettingsStore>(clock_, IniSettingsStore::defaultPath())),
       settings_(std::make_unique<AppSettings>(*store_, &AppSettings::systemPreferredLanguages)),
       engine_(std::make_unique<QQmlApplicationEngine>())
@@ -138,7 +142,7 @@ void AppDelegate::start()
 {
     QPointer<AppDelegate> self(this);
 
-    timeEvents_ = std::make_unique<LinuxSystemTimeEvents>();
+    timeEvents_ = std::make_unique<LinuxSystemTimeEvents>(*systemBus_);
     prayer_ = std::make_unique<PrayerService>(*settings_, clock_, *timeEvents_);
     startNowPlaying();
     pasteboard_ = makeSystemPasteboard();
@@ -492,9 +496,9 @@ void AppDelegate::noteNotchOpened()
 // Batteries, Bluetooth, drives, USB devices and displays; their changes become notices.
 void AppDelegate::startDevices()
 {
-    powerSource_ = std::make_unique<UPowerSource>();
-    bluetoothSource_ = std::make_unique<BlueZDevices>();
-    driveSource_ = std::make_unique<UDisks2Drives>();
+    powerSource_ = std::make_unique<UPowerSource>(*systemBus_);
+    bluetoothSource_ = std::make_unique<BlueZDevices>(*systemBus_);
+    driveSource_ = std::make_unique<UDisks2Drives>(*systemBus_);
     usbSource_ = std::make_unique<UdevUsbDevices>();
     DeviceMonitor::Sources sources{powerSource_.get(), bluetoothSource_.get(), driveSource_.get(),
                                    usbSource_.get()};
