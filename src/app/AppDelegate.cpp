@@ -465,13 +465,18 @@ void AppDelegate::startTransfers()
     connect(transfers_.get(), &TransferMonitor::transfersChanged, activityCenter_.get(),
             [this] { activityCenter_->setTransfersInProgress(!transfers_->isEmpty()); });
     connect(transfers_.get(), &TransferMonitor::finished, this,
-            [this](const QString& name, const QString& path) {
+            [this](const QString& name, const QString& path, bool overBluetooth) {
                 if (!settings_->transfersInNotch())
                     return;
                 const bool arabic = settings_->isArabic();
-                Toast toast = ActivityCenter::makeToast(
-                    "arrow.down.circle", arabic ? "اكتمل التنزيل" : "Download finished",
-                    name.toStdString(), 0x34C759);
+                // Bluetooth transfers go both ways: "download" would be wrong for a sent file.
+                const char* title =
+                    overBluetooth
+                        ? (arabic ? "اكتمل النقل عبر بلوتوث" : "Bluetooth transfer finished")
+                        : (arabic ? "اكتمل التنزيل" : "Download finished");
+                Toast toast =
+                    ActivityCenter::makeToast(overBluetooth ? "bluetooth" : "arrow.down.circle",
+                                              title, name.toStdString(), 0x34C759);
                 finishedToastId_ = toast.id;
                 finishedPath_ = path;
                 activityCenter_->showToast(std::move(toast), 3);
@@ -737,6 +742,7 @@ RemoteState AppDelegate::remoteState() const
         const QVariantMap activity = notchModel_->activityMap();
         state.activityKind = activity.value(QStringLiteral("kind")).toString();
         state.activityTitle = activity.value(QStringLiteral("title")).toString();
+        state.activityDetail = activity.value(QStringLiteral("detail")).toString();
     }
     state.notchEnabled = settings_->notchEnabled();
     state.panelVisible = notchPanelVisible();

@@ -105,6 +105,38 @@ check "the finished download is told" wait_until 5 "Download finished" title_is 
 check "and is no longer listed" devices_has "len(d['transfers']) == 0"
 check "the notice goes" wait_until 6 "no toast" eval '! kind_is toast'
 
+# A phone book comes over Bluetooth: BlueZ's OBEX service on the session bus creates a transfer,
+# which grows, then completes.
+desktop_start_mock obex bluez5-obex org.bluez.obex --session || finish
+session=$(gdbus call --session --dest org.bluez.obex --object-path /org/bluez/obex \
+    --method org.bluez.obex.Client1.CreateSession 11:22:33:44:55:66 "{'Target': <'PBAP'>}" |
+    grep -o "/org/bluez/obex/client/session[0-9]*")
+transfer=$(gdbus call --session --dest org.bluez.obex --object-path "$session" \
+    --method org.bluez.obex.PhonebookAccess1.PullAll contacts.vcf "{}" |
+    grep -o "$session/transfer[0-9]*" | head -n1)
+obex_file=$(gdbus call --session --dest org.bluez.obex --object-path "$transfer" \
+    --method org.freedesktop.DBus.Properties.Get org.bluez.obex.Transfer1 Filename |
+    sed -n "s/.*<'\(.*\)'>.*/\1/p")
+obex_status() {
+    head -c "$1" /dev/zero >>"$obex_file"
+    gdbus call --session --dest org.bluez.obex --object-path "$transfer" \
+        --method org.bluez.obex.transfer1.Mock.UpdateStatus "$2" >/dev/null
+}
+check "the queued transfer is listed" wait_until 5 "a Bluetooth transfer" \
+    devices_has "d['transfers'][0]['kind'] == 'bluetooth' and d['transfers'][0]['name'] == 'contacts.vcf'"
+obex_status 3000 false
+check "its bytes on the bus as it goes" wait_until 5 "3000 bytes" \
+    devices_has "d['transfers'][0]['bytes'] == 3000 and d['transfers'][0]['total'] == -1"
+check "the closed notch shows the transfer activity" wait_until 5 "transfer" kind_is transfer
+screenshot "$SHOTS/bluetooth-transfer.png"
+obex_status 2000 true
+check "the finished transfer is told" wait_until 5 "Bluetooth transfer finished" \
+    title_is "Bluetooth transfer finished"
+check "with the file's name" navro_field_is activityDetail contacts.vcf
+check "and it is no longer listed" devices_has "len(d['transfers']) == 0"
+rm -f "$obex_file"
+check "the notice goes" wait_until 6 "no toast" eval '! kind_is toast'
+
 # The Devices tab ejects the drive: first while it is busy, then for good.
 # The drive's row is the third section's; its button sits at the tab's trailing edge.
 eject_x=$((SCREEN_MIDDLE + 344 - 42))
