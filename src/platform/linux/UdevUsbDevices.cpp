@@ -82,7 +82,13 @@ void UdevUsbDevices::begin()
     connect(notifier_, &QSocketNotifier::activated, this, [this] { readEvents(); });
     // Names of devices udev did not name itself (it names them as it announces them).
     hwdb_ = udev_hwdb_new(udev_);
+    listAll();
+    report();
+}
 
+void UdevUsbDevices::listAll()
+{
+    devices_.clear();
     udev_enumerate* listing = udev_enumerate_new(udev_);
     if (listing) {
         udev_enumerate_add_match_subsystem(listing, subsystem);
@@ -100,7 +106,6 @@ void UdevUsbDevices::begin()
         }
         udev_enumerate_unref(listing);
     }
-    report();
 }
 
 void UdevUsbDevices::giveUp(const std::string& why)
@@ -120,6 +125,12 @@ void UdevUsbDevices::readEvents()
         else
             changed = note(device) || changed;
         udev_device_unref(device);
+    }
+    // More announcements came than the socket could hold: some are lost, so the list is read
+    // again.
+    if (errno == ENOBUFS) {
+        listAll();
+        changed = true;
     }
     if (changed)
         report();

@@ -28,6 +28,7 @@ public:
 private:
     void begin();
     void giveUp(const std::string& why);
+    void listAll();
     void readEvents();
     // Adds or replaces the entry of `device`, or drops it when it is not one to list (a hub);
     // true when the list changed.
