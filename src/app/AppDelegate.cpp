@@ -50,8 +50,10 @@
 #include "platform/linux/PulseAudioOutputs.h"
 #include "platform/linux/RevealInFolder.h"
 #include "platform/linux/SystemAudioTap.h"
+#include "platform/linux/SystemBusGate.h"
 #include "platform/linux/UDisks2Drives.h"
 #include "platform/linux/UPowerSource.h"
+#include "platform/linux/UdevUsbDevices.h"
 #include "prayer/AdhanAlert.h"
 #include "prayer/PrayerService.h"
 #include "services/AboutInfo.h"
@@ -109,6 +111,9 @@ QIcon applicationIcon()
 
 AppDelegate::AppDelegate(QApplication& application)
     : application_(application),
+      // The probe starts now and answers while the rest starts.
+      systemBus_(std::make_unique<SystemBusGate>(SystemBusGate::defaultAddress(),
+                                                 std::chrono::seconds(2))),
       store_(std::make_unique<IniSettingsStore>(clock_, IniSettingsStore::defaultPath())),
       settings_(std::make_unique<AppSettings>(*store_, &AppSettings::systemPreferredLanguages)),
       engine_(std::make_unique<QQmlApplicationEngine>())
@@ -137,7 +142,7 @@ void AppDelegate::start()
 {
     QPointer<AppDelegate> self(this);
 
-    timeEvents_ = std::make_unique<LinuxSystemTimeEvents>();
+    timeEvents_ = std::make_unique<LinuxSystemTimeEvents>(*systemBus_);
     prayer_ = std::make_unique<PrayerService>(*settings_, clock_, *timeEvents_);
     startNowPlaying();
     pasteboard_ = makeSystemPasteboard();
@@ -474,13 +479,18 @@ void AppDelegate::startTransfers()
     connect(transfers_.get(), &TransferMonitor::transfersChanged, activityCenter_.get(),
             [this] { activityCenter_->setTransfersInProgress(!transfers_->isEmpty()); });
     connect(transfers_.get(), &TransferMonitor::finished, this,
-            [this](const QString& name, const QString& path) {
+            [this](const QString& name, const QString& path, bool overBluetooth) {
                 if (!settings_->transfersInNotch())
                     return;
                 const bool arabic = settings_->isArabic();
-                Toast toast = ActivityCenter::makeToast(
-                    "arrow.down.circle", arabic ? "اكتمل التنزيل" : "Download finished",
-                    name.toStdString(), 0x34C759);
+                // Bluetooth transfers go both ways: "download" would be wrong for a sent file.
+                const char* title =
+                    overBluetooth
+                        ? (arabic ? "اكتمل النقل عبر بلوتوث" : "Bluetooth transfer finished")
+                        : (arabic ? "اكتمل التنزيل" : "Download finished");
+                Toast toast =
+                    ActivityCenter::makeToast(overBluetooth ? "bluetooth" : "arrow.down.circle",
+                                              title, name.toStdString(), 0x34C759);
                 finishedToastId_ = toast.id;
                 finishedPath_ = path;
                 activityCenter_->showToast(std::move(toast), 3);
@@ -505,9 +515,10 @@ void AppDelegate::noteNotchOpened()
 // Batteries, Bluetooth, drives, USB devices and displays; their changes become notices.
 void AppDelegate::startDevices()
 {
-    powerSource_ = std::make_unique<UPowerSource>();
-    bluetoothSource_ = std::make_unique<BlueZDevices>();
-    driveSource_ = std::make_unique<UDisks2Drives>();
+    powerSource_ = std::make_unique<UPowerSource>(*systemBus_);
+    bluetoothSource_ = std::make_unique<BlueZDevices>(*systemBus_);
+    driveSource_ = std::make_unique<UDisks2Drives>(*systemBus_);
+    usbSource_ = std::make_unique<UdevUsbDevices>();
     DeviceMonitor::Sources sources{powerSource_.get(), bluetoothSource_.get(), driveSource_.get(),
                                    usbSource_.get()};
     devices_ = std::make_unique<DeviceMonitor>(
@@ -745,6 +756,7 @@ RemoteState AppDelegate::remoteState() const
         const QVariantMap activity = notchModel_->activityMap();
         state.activityKind = activity.value(QStringLiteral("kind")).toString();
         state.activityTitle = activity.value(QStringLiteral("title")).toString();
+        state.activityDetail = activity.value(QStringLiteral("detail")).toString();
     }
     state.notchEnabled = settings_->notchEnabled();
     state.panelVisible = notchPanelVisible();

@@ -52,6 +52,7 @@ class Pasteboard;
 class PlayerApplications;
 class PrayerService;
 class PulseAudioConnection;
+class SystemBusGate;
 class SystemTimeEvents;
 class ScreenGrabber;
 class ScreenRecorder;
@@ -153,6 +154,8 @@ private:
     QApplication& application_;
     QtClock clock_;
     AppEvents events_;
+    // Outlives everything that uses the system bus.
+    std::unique_ptr<SystemBusGate> systemBus_;
     std::unique_ptr<IniSettingsStore> store_;
     std::unique_ptr<AppSettings> settings_;
     std::unique_ptr<QQmlApplicationEngine> engine_;

@@ -20,7 +20,8 @@ struct RemoteState {
     bool notchEnabled = true;
     bool panelVisible = false;                    // the notch window is on screen
     QString language = QStringLiteral("english"); // what is shown: "english" or "arabic"
-    QString activityTitle; // a notice's first line, as the closed notch shows it
+    QString activityTitle;  // a notice's first line, as the closed notch shows it
+    QString activityDetail; // and its second line
 
     bool operator==(const RemoteState&) const = default;
 };

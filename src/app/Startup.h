@@ -12,10 +12,11 @@ namespace navro {
 // Why Navro cannot show itself here (no X11 display it can connect to), or nothing.
 std::optional<std::string> displayProblem();
 
-// A bus that accepts connections but never answers would hold Navro, and the parts of Qt that use
-// it, at their first call for good. Each such bus is named in one log line and, for this process
-// and its children, replaced by an address that fails at once; Navro then runs without it, and
-// the remote control waits for a bus to come back at the original address.
+// A session bus that accepts connections but never answers would hold Navro, and the parts of Qt
+// that use it, at their first call for good. Such a bus is, for this process and its children,
+// replaced by an address that fails at once; Navro then runs without it, and the remote control
+// says so once and waits for a bus to come back at the original address. (The system bus, which
+// nothing needs before the first frame, is probed without holding the start-up.)
 void avoidSilentBuses();
 
 // One Navro per user session: a lock held for the whole life of the process. The system releases

@@ -175,10 +175,14 @@ void DeviceMonitor::applyUsb(const std::optional<std::vector<UsbDevice>>& device
         return;
     if (usb_ && devices) {
         const auto id = [](const UsbDevice& device) { return device.id; };
+        // A device nothing names is told by its numbers, which read the same in both languages.
+        const auto name = [](const UsbDevice* device) {
+            return device->name.empty() ? device->ids : device->name;
+        };
         for (const auto* added : missingFrom(*usb_, *devices, id))
-            burst_.add({DeviceKind::usb, DeviceChange::connected, added->name});
+            burst_.add({DeviceKind::usb, DeviceChange::connected, name(added)});
         for (const auto* gone : missingFrom(*devices, *usb_, id))
-            burst_.add({DeviceKind::usb, DeviceChange::disconnected, gone->name});
+            burst_.add({DeviceKind::usb, DeviceChange::disconnected, name(gone)});
     }
     usb_ = devices;
     emit usbChanged();
@@ -284,7 +288,8 @@ QVariantList DeviceMonitor::usb() const
     if (usb_)
         for (const auto& device : *usb_)
             list << QVariantMap{{QStringLiteral("id"), toQString(device.id)},
-                                {QStringLiteral("name"), toQString(device.name)}};
+                                {QStringLiteral("name"), toQString(device.name)},
+                                {QStringLiteral("ids"), toQString(device.ids)}};
     return list;
 }
 

@@ -51,7 +51,8 @@ struct BluetoothDevice {
 
 struct UsbDevice {
     std::string id;   // the kernel's path of the device
-    std::string name; // vendor and product from the hardware database
+    std::string name; // vendor and product from the hardware database; empty when nothing names it
+    std::string ids;  // vendor and product numbers, "046d:c52b", the name of last resort
     bool operator==(const UsbDevice&) const = default;
 };
 

@@ -83,7 +83,7 @@ void TransferMonitor::look()
     if (changes.listChanged)
         emit transfersChanged();
     for (const std::string& name : changes.finished)
-        emit finished(toQString(name), toQString(joinPath(downloads_->path(), name)));
+        emit finished(toQString(name), toQString(joinPath(downloads_->path(), name)), false);
     if (!tracker_.downloads().empty())
         scheduleLook(stallCheck);
 }
@@ -99,7 +99,7 @@ void TransferMonitor::applyWireless(const std::optional<std::vector<WirelessTran
                     std::any_of(wireless_.begin(), wireless_.end(),
                                 [&](const auto& known) { return known.id == transfer.id; });
                 if (wasRunning)
-                    emit finished(toQString(transfer.name), toQString(transfer.fileName));
+                    emit finished(toQString(transfer.name), toQString(transfer.fileName), true);
                 continue;
             }
             if (transfer.status != WirelessTransfer::Status::error)

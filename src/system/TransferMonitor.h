@@ -35,8 +35,9 @@ public:
 
 signals:
     void transfersChanged();
-    // `name` is what the user reads, `path` the file's full path.
-    void finished(const QString& name, const QString& path);
+    // `name` is what the user reads, `path` the file's full path; `overBluetooth` tells a file
+    // sent or received over Bluetooth from a download.
+    void finished(const QString& name, const QString& path, bool overBluetooth);
 
 private:
     void scheduleLook(Duration delay);

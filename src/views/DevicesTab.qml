@@ -1,10 +1,13 @@
 import QtQuick
+import QtQuick.Controls
 
 // The Devices tab: one section per kind of device, in a column that scrolls when they outgrow
 // the notch; a section without devices is not shown. Batteries as bars with their percentage,
 // Bluetooth devices with their battery and a button to connect or disconnect, drives with their
-// room and an Eject button, USB devices and displays by name. The Sound section lists the outputs (the current one marked; a click, Space or
-// Return makes another the default and moves what plays to it), with the volume and mute.
+// room and an Eject button, USB devices and displays by name. The Sound section lists the
+// outputs (the current one marked; a click, Space or Return makes another the default and moves
+// what plays to it), with the volume and mute. When the system refuses an eject, the reason
+// shows beside the Eject button, and the drive's row is scrolled into sight.
 Flickable {
     id: tab
     objectName: "devicesTab"
@@ -14,10 +17,39 @@ Flickable {
     clip: true
     contentHeight: sections.height
     boundsBehavior: Flickable.StopAtBounds
+    ScrollBar.vertical: NavroScrollBar {
+        id: scrollBar
+        inNotch: true
+    }
 
+    // The drive and refusal last brought into sight: a list that changes for another reason
+    // does not scroll back to it.
+    property string revealed: ""
+
+    // Scrolls so that all of `item` is in sight, once the column has placed it.
+    function reveal(item) {
+        Qt.callLater(() => {
+            if (!item)
+                return;
+            // A row that was just made has not been placed yet.
+            if (item.parent && item.parent.forceLayout)
+                item.parent.forceLayout();
+            sections.forceLayout();
+            const top = item.mapToItem(sections, 0, 0).y;
+            const bottom = top + item.height;
+            if (bottom > tab.contentY + tab.height)
+                tab.contentY = Math.min(bottom - tab.height, Math.max(0, tab.contentHeight - tab.height));
+            if (top < tab.contentY)
+                tab.contentY = top;
+        });
+    }
+
+    // The column's narrow items hold to its leading edge by anchors, which turn with the layout:
+    // a column alone keeps them at the left in Arabic too.
     component SectionTitle: Row {
         property string symbol
         property string text
+        anchors.left: parent ? parent.left : undefined
         spacing: 6
         Icon {
             anchors.verticalCenter: parent.verticalCenter
@@ -41,9 +73,11 @@ Flickable {
         property string symbol
         property string title
         property string detail
-        property color detailColor: Theme.notchSecondaryText
         property string action
         property bool actionEnabled: true
+        // What came of the action, beside its button where the user looks.
+        property string notice
+        property color noticeColor: Theme.priorityMedium
         signal triggered()
         width: sections.width
         height: row.detail === "" ? 26 : 34
@@ -55,7 +89,8 @@ Flickable {
             size: 14
         }
         Column {
-            anchors { left: rowIcon.right; leftMargin: 8; right: rowButton.left; rightMargin: 8;
+            anchors { left: rowIcon.right; leftMargin: 8;
+                      right: rowNotice.visible ? rowNotice.left : rowButton.left; rightMargin: 8;
                       verticalCenter: parent.verticalCenter }
             Text {
                 width: parent.width
@@ -72,12 +107,28 @@ Flickable {
                 visible: row.detail !== ""
                 text: row.detail
                 textFormat: Text.PlainText
-                color: row.detailColor
+                color: Theme.notchSecondaryText
                 font.family: Theme.fontFamily
                 font.pixelSize: Theme.smallSize
                 elide: Text.ElideRight
                 horizontalAlignment: Text.AlignLeft
             }
+        }
+        Text {
+            id: rowNotice
+            objectName: row.objectName + ":notice"
+            anchors { right: rowButton.left; rightMargin: 8; verticalCenter: parent.verticalCenter }
+            visible: row.notice !== ""
+            width: Math.min(implicitWidth, row.width * 0.45)
+            text: row.notice
+            textFormat: Text.PlainText
+            color: row.noticeColor
+            font.family: Theme.fontFamily
+            font.pixelSize: Theme.smallSize
+            wrapMode: Text.WordWrap
+            maximumLineCount: 2
+            elide: Text.ElideRight
+            horizontalAlignment: Text.AlignRight
         }
         NotchTextButton {
             id: rowButton
@@ -94,7 +145,9 @@ Flickable {
 
     Column {
         id: sections
-        width: tab.width
+        // Clear of the scroll bar, on whichever side it is.
+        x: scrollBar.visible && tab.arabic ? 12 : 0
+        width: tab.width - (scrollBar.visible ? 12 : 0)
         spacing: 14
 
         Column {
@@ -205,25 +258,36 @@ Flickable {
             Repeater {
                 model: tab.hasDevices ? devices.drives : []
                 delegate: DeviceRow {
+                    id: driveRow
                     required property var modelData
+                    readonly property bool refused: modelData.status === "busy" || modelData.status === "failed"
                     objectName: "drive:" + modelData.name
                     symbol: "externaldrive"
                     title: modelData.name
-                    detail: modelData.status === "busy"
+                    detail: modelData.mounted && modelData.free >= 0
+                            ? (tab.arabic ? Format.bytes(modelData.free) + " متاحة من " + Format.bytes(modelData.size)
+                                          : Format.bytes(modelData.free) + " free of " + Format.bytes(modelData.size))
+                            : Format.bytes(modelData.size)
+                    notice: modelData.status === "busy"
                             ? (tab.arabic ? "قيد الاستخدام، أغلق ما يستخدمه ثم أعد المحاولة"
                                           : "In use: close what uses it, then try again")
-                            : modelData.status === "failed"
-                              ? (tab.arabic ? "تعذّر الإخراج" : "Could not eject")
-                            : modelData.mounted && modelData.free >= 0
-                              ? (tab.arabic ? Format.bytes(modelData.free) + " متاحة من " + Format.bytes(modelData.size)
-                                            : Format.bytes(modelData.free) + " free of " + Format.bytes(modelData.size))
-                            : Format.bytes(modelData.size)
-                    detailColor: modelData.status === "busy" || modelData.status === "failed"
-                                 ? Theme.priorityMedium : Theme.notchSecondaryText
+                            : modelData.status === "failed" ? (tab.arabic ? "تعذّر الإخراج" : "Could not eject")
+                            : ""
                     action: modelData.status === "ejecting" ? (tab.arabic ? "جارٍ الإخراج…" : "Ejecting…")
                                                             : (tab.arabic ? "إخراج" : "Eject")
                     actionEnabled: modelData.status !== "ejecting"
                     onTriggered: devices.eject(modelData.id)
+                    // The list is made anew on every change: the refusal is brought into sight
+                    // once, when it is new.
+                    Component.onCompleted: {
+                        const key = modelData.id + ":" + modelData.status;
+                        if (refused && tab.revealed !== key) {
+                            tab.revealed = key;
+                            tab.reveal(driveRow);
+                        } else if (!refused && tab.revealed.indexOf(modelData.id + ":") === 0) {
+                            tab.revealed = "";
+                        }
+                    }
                 }
             }
         }
@@ -241,8 +305,13 @@ Flickable {
                 model: tab.hasDevices ? devices.usb : []
                 delegate: DeviceRow {
                     required property var modelData
+                    objectName: "usb:" + modelData.id
                     symbol: "cable.connector"
-                    title: modelData.name
+                    // A device neither the hardware database nor the device itself names.
+                    title: modelData.name !== "" ? modelData.name
+                                                 : (tab.arabic ? "جهاز USB" : "USB device")
+                    // Hexadecimal numbers, written as lsusb and the box write them.
+                    detail: modelData.name !== "" ? "" : modelData.ids
                 }
             }
         }
@@ -280,6 +349,7 @@ Flickable {
             }
 
             Text {
+                anchors.left: parent.left
                 visible: !tab.hasVolume || systemVolume.outputs.length === 0
                 text: tab.arabic ? "لا توجد مخارج صوت" : "No sound outputs"
                 color: Theme.notchTertiaryText
@@ -344,6 +414,7 @@ Flickable {
             }
 
             VolumeControl {
+                anchors.left: parent.left
                 visible: tab.hasVolume && systemVolume.outputs.length > 0
                 tint: Theme.notchAccent
                 sliderWidth: Math.min(280, sound.width - 36)

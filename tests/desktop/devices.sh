@@ -1,8 +1,10 @@
 #!/usr/bin/env bash
 # Devices and transfers against real services on a private system bus: python3-dbusmock's UPower
-# and BlueZ, the test's own UDisks2, and a download growing in the test home's downloads folder.
-# The closed notch tells of the battery, the charger, a headset, a drive and a finished download;
-# the Devices tab lists them and ejects the drive.
+# and BlueZ, the test's own UDisks2; BlueZ's OBEX stand-in on the session bus; a download growing
+# in the test home's downloads folder; a display added to the X server. The closed notch tells of
+# the battery, the charger, a headset, a drive, a finished download and Bluetooth transfer, and a
+# new display; the Devices tab lists them and ejects the drive, saying beside its Eject button,
+# in English and in Arabic, when the drive is in use.
 set -uo pipefail
 here=$(cd "$(dirname "$0")" && pwd)
 # shellcheck source=lib.sh
@@ -105,22 +107,113 @@ check "the finished download is told" wait_until 5 "Download finished" title_is 
 check "and is no longer listed" devices_has "len(d['transfers']) == 0"
 check "the notice goes" wait_until 6 "no toast" eval '! kind_is toast'
 
-# The Devices tab ejects the drive: first while it is busy, then for good.
-# The drive's row is the third section's; its button sits at the tab's trailing edge.
-eject_x=$((SCREEN_MIDDLE + 344 - 42))
-eject_y=240
+# A phone book comes over Bluetooth: BlueZ's OBEX service on the session bus creates a transfer,
+# which grows, then completes.
+desktop_start_mock obex bluez5-obex org.bluez.obex --session || finish
+session=$(gdbus call --session --dest org.bluez.obex --object-path /org/bluez/obex \
+    --method org.bluez.obex.Client1.CreateSession 11:22:33:44:55:66 "{'Target': <'PBAP'>}" |
+    grep -o "/org/bluez/obex/client/session[0-9]*")
+transfer=$(gdbus call --session --dest org.bluez.obex --object-path "$session" \
+    --method org.bluez.obex.PhonebookAccess1.PullAll contacts.vcf "{}" |
+    grep -o "$session/transfer[0-9]*" | head -n1)
+obex_file=$(gdbus call --session --dest org.bluez.obex --object-path "$transfer" \
+    --method org.freedesktop.DBus.Properties.Get org.bluez.obex.Transfer1 Filename |
+    sed -n "s/.*<'\(.*\)'>.*/\1/p")
+obex_status() {
+    head -c "$1" /dev/zero >>"$obex_file"
+    gdbus call --session --dest org.bluez.obex --object-path "$transfer" \
+        --method org.bluez.obex.transfer1.Mock.UpdateStatus "$2" >/dev/null
+}
+check "the queued transfer is listed" wait_until 5 "a Bluetooth transfer" \
+    devices_has "d['transfers'][0]['kind'] == 'bluetooth' and d['transfers'][0]['name'] == 'contacts.vcf'"
+obex_status 3000 false
+check "its bytes on the bus as it goes" wait_until 5 "3000 bytes" \
+    devices_has "d['transfers'][0]['bytes'] == 3000 and d['transfers'][0]['total'] == -1"
+check "the closed notch shows the transfer activity" wait_until 5 "transfer" kind_is transfer
+screenshot "$SHOTS/bluetooth-transfer.png"
+obex_status 2000 true
+check "the finished transfer is told" wait_until 5 "Bluetooth transfer finished" \
+    title_is "Bluetooth transfer finished"
+check "with the file's name" navro_field_is activityDetail contacts.vcf
+check "and it is no longer listed" devices_has "len(d['transfers']) == 0"
+rm -f "$obex_file"
+check "the notice goes" wait_until 6 "no toast" eval '! kind_is toast'
+
+# The Devices tab ejects the drive: first while it is busy, then for good. The Eject button is
+# found on screen, as the lowest button down a column through the trailing end of the rows'
+# buttons (the drive's row is the last with one here): the tab scrolls to show a refusal.
+TAB_TOP=72
+TAB_BOTTOM=248
+button_column=$((SCREEN_MIDDLE + 308))
+eject_y() {
+    screenshot "$DESKTOP_DIR/find-eject.png"
+    button_rows "$DESKTOP_DIR/find-eject.png" "$button_column" $TAB_TOP $TAB_BOTTOM |
+        tail -n1 | awk '{ print int(($1 + $2) / 2) }'
+}
+# busy_notice_shown X0 X1 Y: the refusal in its colour (#ff9f0a) between X0 and X1 on the row of
+# the button at Y, and that row in sight.
+busy_notice_shown() {
+    local y=$3
+    [ -n "$y" ] && [ "$((y - 13))" -ge $TAB_TOP ] && [ "$((y + 13))" -le $TAB_BOTTOM ] &&
+        settled_screenshot "$SHOTS/$4" &&
+        [ "$(colour_count "$SHOTS/$4" "$1" $((y - 12)) $(($2 - $1)) 24 ff9f0a)" -ge 30 ]
+}
 navro_call OpenTab devices
 check "the devices tab opens" wait_until 5 "the devices tab" navro_field_is selectedTab devices
-screenshot "$SHOTS/devices-tab.png"
+settled_screenshot "$SHOTS/devices-tab.png"
 udisks SetBusy true
-xdotool mousemove "$eject_x" "$eject_y" click 1
+# The drive's row is the last, cut by the tab's lower edge; its button shows enough to press.
+y=$(eject_y)
+check "the Eject button is found" test -n "$y"
+xdotool mousemove "$((button_column - 4))" "${y:-0}" click 1
 check "Eject asks to unmount" wait_until 5 "Unmount" udisks_saw Unmount
 check "a busy drive says so" wait_until 5 "busy" devices_has "d['drives'][0]['status'] == 'busy'"
 check "and is not powered off" stays 1 eval '! udisks_saw PowerOff'
-screenshot "$SHOTS/drive-busy.png"
+y=$(eject_y)
+check "the refusal shows beside the Eject button, in sight" \
+    busy_notice_shown $((SCREEN_MIDDLE - 100)) $((button_column - 60)) "$y" drive-busy.png
 udisks SetBusy false
-xdotool mousemove "$eject_x" "$eject_y" click 1
+xdotool mousemove "$((button_column - 4))" "${y:-0}" click 1
 check "Eject unmounts and powers the drive off" wait_until 5 "PowerOff" udisks_saw PowerOff
 check "the ejected drive is told" wait_until 5 "Drive ejected" title_is "Drive ejected"
 check "and is gone from the tab" wait_until 5 "no drives" devices_has "len(d['drives']) == 0"
+
+# A second screen: a monitor of RandR 1.5, which Qt reports as a screen of its own, where the X
+# server allows one to be added.
+navro_call Close
+wait_until 5 "closed" navro_field_is status closed
+wait_until 6 "no toast" eval '! kind_is toast'
+if xrandr --setmonitor NAVRO-2 1280/338x720/190+1920+0 none 2>"$DESKTOP_DIR/logs/xrandr.log"; then
+    check "the new display is listed" wait_until 5 "a second display" \
+        devices_has "any(x['name'] == 'NAVRO-2' and x['width'] == 1280 and x['height'] == 720 for x in d['displays'])"
+    check "its connection is told" wait_until 5 "Display connected" title_is "Display connected"
+    check "by its name" navro_field_is activityDetail NAVRO-2
+    xrandr --delmonitor NAVRO-2
+    check "and it goes again" wait_until 5 "one display" devices_has "len(d['displays']) == 1"
+else
+    echo "skip - a display added to the X server: it refused a monitor of its own ($(head -c 200 "$DESKTOP_DIR/logs/xrandr.log"))"
+fi
+
+# In Arabic, mirrored: the refusal beside the Eject button, now at the tab's leading edge.
+desktop_stop "$NAVRO_PID"
+udisks AddStick backup "BACKUP" 32000000000 SanDisk Extreme
+udisks Mount backup "$DESKTOP_DIR"
+navro_settings hasCompletedOnboarding=true language=arabic
+navro_start "$NAVRO" navro-arabic || finish
+navro_call OpenTab devices
+check "Arabic: the devices tab opens" wait_until 5 "the devices tab" navro_field_is selectedTab devices
+check "Arabic: the drive is listed" wait_until 5 "the drive" devices_has "d['drives'][0]['name'] == 'BACKUP'"
+settled_screenshot "$SHOTS/devices-tab-arabic.png"
+button_column=$((SCREEN_MIDDLE - 308))
+udisks SetBusy true
+# Arabic's taller lines put the drive below the edge: the wheel over the tab brings it up, as a
+# user scrolls to it.
+xdotool mousemove "$SCREEN_MIDDLE" 160 click --repeat 3 --delay 50 5
+settled_screenshot "$SHOTS/devices-tab-arabic-scrolled.png"
+y=$(eject_y)
+xdotool mousemove "$((button_column + 4))" "${y:-0}" click 1
+check "Arabic: a busy drive says so" wait_until 5 "busy" devices_has "d['drives'][0]['status'] == 'busy'"
+y=$(eject_y)
+check "Arabic: the refusal shows beside the Eject button, in sight" \
+    busy_notice_shown $((button_column + 60)) $((SCREEN_MIDDLE + 100)) "$y" drive-busy-arabic.png
 finish

@@ -418,6 +418,23 @@ column_profile() {
         END { for (i = 0; i < w; i++) printf "%d", (i in lit); print "" }'
 }
 
+# button_rows FILE X TOP BOTTOM: "FROM TO" for each run of at least 14 rows, top to bottom, down
+# the column X between TOP and BOTTOM, in a button's colour on the black notch: a dark grey
+# (#1c1c1e, lighter while hovered or pressed). A column through a button's end, clear of its
+# text, crosses nothing else of that colour.
+button_rows() {
+    "$DESKTOP_CONVERT" "$1" -crop "1x$(($4 - $3))+$2+$3" +repage -depth 8 txt:- | awk -v top="$3" '
+        /^#/ { next }
+        {
+            split($1, at, ","); y = at[2] + top; last = y
+            gsub(/[()]/, "", $2); split($2, c, ",")
+            grey = c[1] >= 20 && c[1] <= 72 && c[2] >= 20 && c[2] <= 72 && c[3] >= 20 && c[3] <= 72
+            if (grey && !inside) { inside = 1; from = y }
+            if (!grey && inside) { inside = 0; if (y - from >= 14) print from, y - 1 }
+        }
+        END { if (inside && last - from + 1 >= 14) print from, last }'
+}
+
 # overlap A B: how much two profiles agree where either has content (intersection over union,
 # in percent).
 overlap() {

@@ -208,7 +208,7 @@ TEST_F(DBusRemoteControlTest, OpenTabRefusesATabTheTargetDoesNotKnowWithInvalidA
 
 TEST_F(DBusRemoteControlTest, StatePropertyMirrorsTheTargetAndIsReadOnly)
 {
-    target.state = {"open", "prayer", "toast", false, true, "arabic", "Charger connected"};
+    target.state = {"open", "prayer", "toast", false, true, "arabic", "Charger connected", "80%"};
     publish();
 
     EXPECT_EQ(readState(client), (QVariantMap{{"status", "open"},
@@ -217,7 +217,8 @@ TEST_F(DBusRemoteControlTest, StatePropertyMirrorsTheTargetAndIsReadOnly)
                                               {"notchEnabled", false},
                                               {"panelVisible", true},
                                               {"language", "arabic"},
-                                              {"activityTitle", "Charger connected"}}));
+                                              {"activityTitle", "Charger connected"},
+                                              {"activityDetail", "80%"}}));
 
     auto set = QDBusMessage::createMethodCall(remoteServiceName, remoteObjectPath,
                                               "org.freedesktop.DBus.Properties", "Set");

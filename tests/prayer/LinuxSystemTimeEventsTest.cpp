@@ -3,6 +3,7 @@
 #include "QtTestApplication.h"
 #include "ScopedEnvironment.h"
 #include "app/Log.h"
+#include "platform/linux/SystemBusGate.h"
 
 #include <cstdlib>
 #include <gtest/gtest.h>
@@ -17,7 +18,8 @@ TEST(LinuxSystemTimeEvents, StartsQuietlyAndReportsTheProcessZone)
     testApplication();
     const ScopedEnvironment zone("TZ", "Asia/Tokyo");
     CapturingLogSink log;
-    LinuxSystemTimeEvents events;
+    SystemBusGate noSystemBus("unix:path=/nonexistent/system_bus_socket", std::chrono::seconds(2));
+    LinuxSystemTimeEvents events(noSystemBus);
     int delivered = 0;
     events.addHandler([&](SystemTimeEvents::Event) { ++delivered; });
     EXPECT_EQ(events.systemTimeZoneID(), "Asia/Tokyo");

@@ -74,12 +74,14 @@ TEST_F(DeviceMonitorTest, NoticesOnlyWithDevicesInNotchAndInTheLanguageOfTheMome
 
 TEST_F(DeviceMonitorTest, AHubOfUsbDevicesIsOneNotice)
 {
-    usb.report(std::vector<UsbDevice>{{"/usb1", "Root Hub"}});
+    const UsbDevice keyboard{"/usb1/1-1", "Keyboard", "046d:c31c"};
+    usb.report(std::vector<UsbDevice>{keyboard});
     settle();
     EXPECT_TRUE(notices.empty()); // what was there at start
-    std::vector<UsbDevice> devices{{"/usb1", "Root Hub"}};
+    std::vector<UsbDevice> devices{keyboard};
     for (int i = 0; i < 5; ++i) {
-        devices.push_back({"/usb1/" + std::to_string(i), "Device " + std::to_string(i)});
+        devices.push_back({"/usb1/1-2." + std::to_string(i), "Device " + std::to_string(i),
+                           "abcd:000" + std::to_string(i)});
         usb.report(devices);
         clock.advance(std::chrono::milliseconds(50));
     }
@@ -88,10 +90,18 @@ TEST_F(DeviceMonitorTest, AHubOfUsbDevicesIsOneNotice)
     EXPECT_EQ(notices[0].title, "5 USB devices connected");
     EXPECT_EQ(monitor.usb().size(), 6);
 
-    usb.report(std::vector<UsbDevice>{{"/usb1", "Root Hub"}});
+    usb.report(std::vector<UsbDevice>{keyboard});
     settle();
     ASSERT_EQ(notices.size(), 2u);
     EXPECT_EQ(notices[1].title, "5 USB devices disconnected");
+
+    // One that nothing names is told by its numbers, and listed with them.
+    usb.report(std::vector<UsbDevice>{keyboard, {"/usb1/1-3", "", "1234:5678"}});
+    settle();
+    ASSERT_EQ(notices.size(), 3u);
+    EXPECT_EQ(notices[2].title, "USB device connected");
+    EXPECT_EQ(notices[2].detail, "1234:5678");
+    EXPECT_EQ(monitor.usb()[1].toMap()["ids"].toString(), "1234:5678");
 }
 
 TEST_F(DeviceMonitorTest, DriveMountedEjectedAndBusy)

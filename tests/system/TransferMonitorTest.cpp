@@ -49,15 +49,20 @@ struct TransferMonitorTest : ::testing::Test {
     ManualClock clock;
     FakeFolder folder;
     FakeWirelessSource wireless;
-    std::vector<std::pair<QString, QString>> finished;
+    struct Finished {
+        QString name;
+        QString path;
+        bool overBluetooth = false;
+    };
+    std::vector<Finished> finished;
     std::unique_ptr<TransferMonitor> monitor;
 
     void start()
     {
         monitor = std::make_unique<TransferMonitor>(clock, &folder, &wireless);
         QObject::connect(monitor.get(), &TransferMonitor::finished,
-                         [this](const QString& name, const QString& path) {
-                             finished.emplace_back(name, path);
+                         [this](const QString& name, const QString& path, bool overBluetooth) {
+                             finished.push_back({name, path, overBluetooth});
                          });
         monitor->start();
     }
@@ -88,8 +93,9 @@ TEST_F(TransferMonitorTest, ADownloadGrowsAndFinishesWhenRenamed)
     clock.advance(std::chrono::milliseconds(250));
     EXPECT_TRUE(monitor->isEmpty());
     ASSERT_EQ(finished.size(), 1u);
-    EXPECT_EQ(finished[0].first, "film.mkv");
-    EXPECT_EQ(finished[0].second, "/home/u/Downloads/film.mkv");
+    EXPECT_EQ(finished[0].name, "film.mkv");
+    EXPECT_EQ(finished[0].path, "/home/u/Downloads/film.mkv");
+    EXPECT_FALSE(finished[0].overBluetooth);
     EXPECT_TRUE(folder.watched.empty());
 }
 
@@ -142,7 +148,8 @@ TEST_F(TransferMonitorTest, BluetoothTransfersProgressAndFinishOnce)
     wireless.report(std::vector<WirelessTransfer>{photo});
     EXPECT_TRUE(monitor->isEmpty());
     ASSERT_EQ(finished.size(), 1u);
-    EXPECT_EQ(finished[0].second, "/home/u/photo.jpg");
+    EXPECT_EQ(finished[0].path, "/home/u/photo.jpg");
+    EXPECT_TRUE(finished[0].overBluetooth);
 
     // One that failed goes without a word; one already complete when first seen is old news.
     WirelessTransfer failed{"/t/2", "b", "", 5, 10, WirelessTransfer::Status::active};

@@ -2,6 +2,7 @@
 
 #include "app/Log.h"
 #include "platform/linux/BusObjects.h"
+#include "platform/linux/SystemBusGate.h"
 
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
@@ -15,21 +16,21 @@ const QString batteryInterface = QStringLiteral("org.bluez.Battery1");
 
 } // namespace
 
-BlueZDevices::BlueZDevices()
-    : objects_(std::make_unique<BusObjects>(QDBusConnection::systemBus(), service,
-                                            QStringLiteral("BlueZ")))
-{
-}
+BlueZDevices::BlueZDevices(SystemBusGate& systemBus) : systemBus_(systemBus) {}
 
 BlueZDevices::~BlueZDevices() = default;
 
 void BlueZDevices::start(Changed changed)
 {
     changed_ = std::move(changed);
-    QObject::connect(objects_.get(), &BusObjects::changed, objects_.get(), [this] { report(); });
-    QObject::connect(objects_.get(), &BusObjects::unavailable, objects_.get(),
-                     [this] { changed_(std::nullopt); });
-    objects_->followObjectManager(QStringLiteral("/"));
+    systemBus_.whenReady(this, [this](QDBusConnection bus) {
+        objects_ = std::make_unique<BusObjects>(bus, service, QStringLiteral("BlueZ"));
+        QObject::connect(objects_.get(), &BusObjects::changed, objects_.get(),
+                         [this] { report(); });
+        QObject::connect(objects_.get(), &BusObjects::unavailable, objects_.get(),
+                         [this] { changed_(std::nullopt); });
+        objects_->followObjectManager(QStringLiteral("/"));
+    });
 }
 
 void BlueZDevices::report()
@@ -64,6 +65,10 @@ void BlueZDevices::report()
 void BlueZDevices::setConnected(const std::string& id, bool connected,
                                 std::function<void(bool)> done)
 {
+    if (!objects_) {
+        done(false);
+        return;
+    }
     const QString path = QString::fromStdString(id);
     const QString method = connected ? QStringLiteral("Connect") : QStringLiteral("Disconnect");
     auto* watcher =

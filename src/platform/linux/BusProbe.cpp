@@ -71,22 +71,6 @@ std::optional<UnixAddress> unixAddress(std::string_view address)
     return std::nullopt;
 }
 
-class Socket {
-public:
-    Socket() : fd_(::socket(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0)) {}
-    ~Socket()
-    {
-        if (fd_ >= 0)
-            ::close(fd_);
-    }
-    Socket(const Socket&) = delete;
-    Socket& operator=(const Socket&) = delete;
-    int get() const { return fd_; }
-
-private:
-    int fd_;
-};
-
 // Waits for `events` on `fd` until `deadline`; false when the time ran out.
 bool waitFor(int fd, short events, std::chrono::steady_clock::time_point deadline)
 {
@@ -117,47 +101,79 @@ std::string hex(const std::string& text)
 
 } // namespace
 
-BusProbe probeBus(std::string_view address, std::chrono::milliseconds patience)
+BusProbeStart startBusProbe(std::string_view address)
 {
     const auto target = unixAddress(address);
     if (!target)
-        return {BusProbe::Answer::unknown, "not a unix socket address"};
-    const auto deadline = std::chrono::steady_clock::now() + patience;
+        return {-1, {BusProbe::Answer::unknown, "not a unix socket address"}};
 
     sockaddr_un socketAddress{};
     socketAddress.sun_family = AF_UNIX;
     const std::size_t offset = target->isAbstract ? 1 : 0;
     if (target->name.size() + offset >= sizeof socketAddress.sun_path)
-        return {BusProbe::Answer::absent, "the socket name is too long"};
+        return {-1, {BusProbe::Answer::absent, "the socket name is too long"}};
     std::memcpy(socketAddress.sun_path + offset, target->name.data(), target->name.size());
     const auto length = socklen_t(offsetof(sockaddr_un, sun_path) + offset + target->name.size() +
                                   (target->isAbstract ? 0 : 1));
 
-    Socket socket;
-    if (socket.get() < 0)
-        return {BusProbe::Answer::unknown, std::strerror(errno)};
-    if (::connect(socket.get(), reinterpret_cast<const sockaddr*>(&socketAddress), length) != 0) {
-        if (errno != EAGAIN && errno != EINPROGRESS)
-            return {BusProbe::Answer::absent, std::strerror(errno)};
-        // A full backlog: the server is not taking connections in, which is silence too.
-        if (!waitFor(socket.get(), POLLOUT, deadline))
-            return {BusProbe::Answer::silent, "did not take the connection in"};
+    const int fd = ::socket(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
+    if (fd < 0)
+        return {-1, {BusProbe::Answer::unknown, std::strerror(errno)}};
+    // A full backlog (EAGAIN) means the server is not taking connections in: the socket is
+    // watched like one under way, and the patience decides.
+    if (::connect(fd, reinterpret_cast<const sockaddr*>(&socketAddress), length) != 0 &&
+        errno != EAGAIN && errno != EINPROGRESS) {
+        BusProbeStart start{-1, {BusProbe::Answer::absent, std::strerror(errno)}};
+        ::close(fd);
+        return start;
     }
+    return {fd, {}};
+}
 
+bool sendBusProbeGreeting(int fd, BusProbe& answer)
+{
     // The opening of the authentication handshake every D-Bus client sends first; any server
     // answers it at once, with OK, REJECTED or ERROR.
     const std::string hello =
         std::string(1, '\0') + "AUTH EXTERNAL " + hex(std::to_string(::getuid())) + "\r\n";
-    if (::send(socket.get(), hello.data(), hello.size(), MSG_NOSIGNAL) != ssize_t(hello.size()))
-        return {BusProbe::Answer::absent, std::strerror(errno)};
-    if (!waitFor(socket.get(), POLLIN, deadline))
-        return {BusProbe::Answer::silent, "accepted the connection but did not answer within " +
-                                              std::to_string(patience.count()) + " ms"};
+    if (::send(fd, hello.data(), hello.size(), MSG_NOSIGNAL) == ssize_t(hello.size()))
+        return true;
+    answer = {BusProbe::Answer::absent, std::strerror(errno)};
+    return false;
+}
+
+BusProbe readBusProbeReply(int fd)
+{
     char reply[64];
-    const ssize_t got = ::recv(socket.get(), reply, sizeof reply, 0);
+    const ssize_t got = ::recv(fd, reply, sizeof reply, MSG_DONTWAIT);
     if (got <= 0)
         return {BusProbe::Answer::absent, got == 0 ? "hung up" : std::strerror(errno)};
     return {BusProbe::Answer::answers, {}};
+}
+
+BusProbe silentBusProbe(std::chrono::milliseconds patience)
+{
+    return {BusProbe::Answer::silent, "accepted the connection but did not answer within " +
+                                          std::to_string(patience.count()) + " ms"};
+}
+
+BusProbe probeBus(std::string_view address, std::chrono::milliseconds patience)
+{
+    const auto deadline = std::chrono::steady_clock::now() + patience;
+    BusProbeStart start = startBusProbe(address);
+    if (start.fd < 0)
+        return start.answer;
+    struct Closer {
+        int fd;
+        ~Closer() { ::close(fd); }
+    } closer{start.fd};
+    if (!waitFor(start.fd, POLLOUT, deadline))
+        return {BusProbe::Answer::silent, "did not take the connection in"};
+    if (!sendBusProbeGreeting(start.fd, start.answer))
+        return start.answer;
+    if (!waitFor(start.fd, POLLIN, deadline))
+        return silentBusProbe(patience);
+    return readBusProbeReply(start.fd);
 }
 
 std::string withoutServerIdentity(std::string_view address)
@@ -167,7 +183,8 @@ std::string withoutServerIdentity(std::string_view address)
         std::string_view entry = address.substr(0, address.find(';'));
         address.remove_prefix(std::min(address.size(), entry.size() + 1));
         const std::size_t colon = entry.find(':');
-        std::string kept(entry.substr(0, colon == std::string_view::npos ? entry.size() : colon + 1));
+        std::string kept(
+            entry.substr(0, colon == std::string_view::npos ? entry.size() : colon + 1));
         std::string_view keys = colon == std::string_view::npos ? "" : entry.substr(colon + 1);
         bool first = true;
         while (!keys.empty()) {

@@ -24,6 +24,22 @@ struct BusProbe {
 
 BusProbe probeBus(std::string_view address, std::chrono::milliseconds patience);
 
+// The steps of probeBus for a caller that waits in its own event loop. The first connects
+// without waiting: a socket under way (to be watched until it can be written to), or the answer
+// when it is known at once. The caller owns the socket and closes it.
+struct BusProbeStart {
+    int fd = -1; // under way when not negative
+    BusProbe answer;
+};
+BusProbeStart startBusProbe(std::string_view address);
+// Once the socket can be written to: sends the handshake's opening line. False (with the answer)
+// when the server is gone.
+bool sendBusProbeGreeting(int fd, BusProbe& answer);
+// Once the socket can be read: what the server did.
+BusProbe readBusProbeReply(int fd);
+// When the patience ran out first.
+BusProbe silentBusProbe(std::chrono::milliseconds patience);
+
 // The address without the servers' identities ("guid=..."), so that it reaches whichever bus
 // listens there: one that starts again has a new identity, and the bus library refuses a server
 // whose identity differs from the address's.

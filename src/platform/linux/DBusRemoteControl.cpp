@@ -175,6 +175,7 @@ QVariantMap toVariantMap(const RemoteState& state)
         {QStringLiteral("selectedTab"), state.selectedTab},
         {QStringLiteral("activityKind"), state.activityKind},
         {QStringLiteral("activityTitle"), state.activityTitle},
+        {QStringLiteral("activityDetail"), state.activityDetail},
         {QStringLiteral("notchEnabled"), state.notchEnabled},
         {QStringLiteral("panelVisible"), state.panelVisible},
         {QStringLiteral("language"), state.language},

@@ -1,5 +1,7 @@
 #include "platform/linux/LinuxSystemTimeEvents.h"
 
+#include "platform/linux/SystemBusGate.h"
+
 #include <QDBusConnection>
 #include <QFileInfo>
 #include <QSocketNotifier>
@@ -18,7 +20,7 @@ const QString zoneFolder = QStringLiteral("/etc");
 
 } // namespace
 
-LinuxSystemTimeEvents::LinuxSystemTimeEvents(QObject* parent)
+LinuxSystemTimeEvents::LinuxSystemTimeEvents(SystemBusGate& systemBus, QObject* parent)
     : QObject(parent), zone_(QTimeZone::systemTimeZoneId())
 {
     // A timer far in the future whose only job is to be cancelled: with TFD_TIMER_CANCEL_ON_SET
@@ -38,12 +40,13 @@ LinuxSystemTimeEvents::LinuxSystemTimeEvents(QObject* parent)
             [this] { checkTimeZone(); });
     watchZoneFiles();
 
-    auto bus = QDBusConnection::systemBus();
-    if (bus.isConnected())
-        bus.connect(QStringLiteral("org.freedesktop.login1"),
-                    QStringLiteral("/org/freedesktop/login1"),
-                    QStringLiteral("org.freedesktop.login1.Manager"),
-                    QStringLiteral("PrepareForSleep"), this, SLOT(onPrepareForSleep(bool)));
+    systemBus.whenReady(this, [this](QDBusConnection bus) {
+        if (bus.isConnected())
+            bus.connect(QStringLiteral("org.freedesktop.login1"),
+                        QStringLiteral("/org/freedesktop/login1"),
+                        QStringLiteral("org.freedesktop.login1.Manager"),
+                        QStringLiteral("PrepareForSleep"), this, SLOT(onPrepareForSleep(bool)));
+    });
 }
 
 LinuxSystemTimeEvents::~LinuxSystemTimeEvents()

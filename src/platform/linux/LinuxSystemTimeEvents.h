@@ -10,6 +10,8 @@ class QSocketNotifier;
 
 namespace navro {
 
+class SystemBusGate;
+
 // Clock, zone and sleep events on Linux: a real-time timer that the kernel cancels whenever the
 // wall clock is set, a watch on /etc where the zone link lives, and logind's PrepareForSleep on
 // the system bus. Each piece that is missing (no system bus in a container, no timerfd) is simply
@@ -17,7 +19,7 @@ namespace navro {
 class LinuxSystemTimeEvents final : public QObject, public SystemTimeEvents {
     Q_OBJECT
 public:
-    explicit LinuxSystemTimeEvents(QObject* parent = nullptr);
+    explicit LinuxSystemTimeEvents(SystemBusGate& systemBus, QObject* parent = nullptr);
     ~LinuxSystemTimeEvents() override;
 
     std::string systemTimeZoneID() const override;

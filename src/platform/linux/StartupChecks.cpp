@@ -14,8 +14,7 @@ namespace {
 // fraction of a millisecond when idle), short enough not to hold a start-up for long.
 constexpr std::chrono::milliseconds busPatience(2000);
 
-// What libdbus connects to: the variable, else (for the session bus) the socket in the runtime
-// folder, else the system bus's well-known socket.
+// What libdbus connects to: the variable, else the socket in the runtime folder.
 std::string addressOf(const char* variable, const std::string& fallback)
 {
     const char* value = std::getenv(variable);
@@ -64,15 +63,8 @@ void avoidSilentBuses()
             "the session bus at " + excerptForLog(session.address, 200) + " " + sessionProbe.detail;
         ::setenv("DBUS_SESSION_BUS_ADDRESS", noBus, 1);
     }
-
-    const std::string systemAddress =
-        addressOf("DBUS_SYSTEM_BUS_ADDRESS", "unix:path=/var/run/dbus/system_bus_socket");
-    const BusProbe systemProbe = probeBus(systemAddress, busPatience);
-    if (systemProbe.answer == BusProbe::Answer::silent) {
-        logLine("the system bus at " + excerptForLog(systemAddress, 200) + " " +
-                systemProbe.detail + "; Navro runs without it");
-        ::setenv("DBUS_SYSTEM_BUS_ADDRESS", noBus, 1);
-    }
+    // The system bus is probed beside the start-up instead (SystemBusGate): nothing before the
+    // first frame needs it.
 }
 
 std::optional<std::string> displayProblem()

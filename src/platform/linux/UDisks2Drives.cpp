@@ -2,6 +2,7 @@
 
 #include "app/Log.h"
 #include "platform/linux/BusObjects.h"
+#include "platform/linux/SystemBusGate.h"
 
 #include <QDBusArgument>
 #include <QDBusMessage>
@@ -75,21 +76,21 @@ QDBusMessage callWithNoOptions(const QString& path, const QString& interface, co
 
 } // namespace
 
-UDisks2Drives::UDisks2Drives()
-    : objects_(std::make_unique<BusObjects>(QDBusConnection::systemBus(), service,
-                                            QStringLiteral("UDisks2")))
-{
-}
+UDisks2Drives::UDisks2Drives(SystemBusGate& systemBus) : systemBus_(systemBus) {}
 
 UDisks2Drives::~UDisks2Drives() = default;
 
 void UDisks2Drives::start(Changed changed)
 {
     changed_ = std::move(changed);
-    QObject::connect(objects_.get(), &BusObjects::changed, objects_.get(), [this] { report(); });
-    QObject::connect(objects_.get(), &BusObjects::unavailable, objects_.get(),
-                     [this] { changed_(std::nullopt); });
-    objects_->followObjectManager(root);
+    systemBus_.whenReady(this, [this](QDBusConnection bus) {
+        objects_ = std::make_unique<BusObjects>(bus, service, QStringLiteral("UDisks2"));
+        QObject::connect(objects_.get(), &BusObjects::changed, objects_.get(),
+                         [this] { report(); });
+        QObject::connect(objects_.get(), &BusObjects::unavailable, objects_.get(),
+                         [this] { changed_(std::nullopt); });
+        objects_->followObjectManager(root);
+    });
 }
 
 void UDisks2Drives::report()
@@ -151,6 +152,10 @@ QStringList UDisks2Drives::mountedFileSystems(const QString& drive) const
 
 void UDisks2Drives::eject(const std::string& id, std::function<void(EjectOutcome)> done)
 {
+    if (!objects_) {
+        done(EjectOutcome::failed);
+        return;
+    }
     const QString drive = QString::fromStdString(id);
     unmountNext(mountedFileSystems(drive), drive, std::move(done));
 }

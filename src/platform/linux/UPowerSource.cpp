@@ -1,6 +1,7 @@
 #include "platform/linux/UPowerSource.h"
 
 #include "platform/linux/BusObjects.h"
+#include "platform/linux/SystemBusGate.h"
 
 #include <QDBusMessage>
 #include <QDBusObjectPath>
@@ -82,22 +83,23 @@ std::string nameOf(const QVariantMap& properties)
 
 } // namespace
 
-UPowerSource::UPowerSource()
-    : objects_(std::make_unique<BusObjects>(QDBusConnection::systemBus(), service,
-                                            QStringLiteral("UPower")))
-{
-}
+UPowerSource::UPowerSource(SystemBusGate& systemBus) : systemBus_(systemBus) {}
 
 UPowerSource::~UPowerSource() = default;
 
 void UPowerSource::start(Changed changed)
 {
     changed_ = std::move(changed);
+    systemBus_.whenReady(this, [this](QDBusConnection bus) { follow(std::move(bus)); });
+}
+
+void UPowerSource::follow(QDBusConnection bus)
+{
+    objects_ = std::make_unique<BusObjects>(bus, service, QStringLiteral("UPower"));
     BusObjects* objects = objects_.get();
     QObject::connect(objects, &BusObjects::changed, objects, [this] { report(); });
     QObject::connect(objects, &BusObjects::unavailable, objects,
                      [this] { changed_(std::nullopt); });
-    QDBusConnection bus = objects->bus();
     // UPower has no object manager: its devices are listed, and added and removed by signals.
     bus.connect(service, root, daemonInterface, QStringLiteral("DeviceAdded"), this,
                 SLOT(onDeviceAdded(QDBusObjectPath)));

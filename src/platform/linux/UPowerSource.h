@@ -2,6 +2,7 @@
 
 #include "system/DeviceSources.h"
 
+#include <QDBusConnection>
 #include <QObject>
 #include <memory>
 
@@ -10,13 +11,14 @@ class QDBusObjectPath;
 namespace navro {
 
 class BusObjects;
+class SystemBusGate;
 
 // Batteries and the charger from UPower on the system bus.
 class UPowerSource final : public QObject, public PowerSource {
     Q_OBJECT
 
 public:
-    UPowerSource();
+    explicit UPowerSource(SystemBusGate& systemBus);
     ~UPowerSource() override;
     void start(Changed changed) override;
 
@@ -25,9 +27,11 @@ private slots:
     void onDeviceRemoved(const QDBusObjectPath& path);
 
 private:
+    void follow(QDBusConnection bus);
     void report();
 
-    std::unique_ptr<BusObjects> objects_;
+    SystemBusGate& systemBus_;
+    std::unique_ptr<BusObjects> objects_; // once the system bus is known
     Changed changed_;
 };
 
