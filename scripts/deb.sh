@@ -9,7 +9,7 @@ source_copy="$out/navro"
 
 # A copy of what git tracks (and new files not ignored), so that the build never writes into the
 # working tree and the package holds nothing left over from other builds.
-rm -rf "$source_copy" "$out"/navro_*
+rm -rf "$source_copy" "$out"/navro_* "$out/contents"
 mkdir -p "$source_copy"
 (cd "$root" && git ls-files -z --cached --others --exclude-standard |
     while IFS= read -r -d '' file; do
@@ -29,8 +29,11 @@ fi
 deb=$(ls "$out"/navro_*.deb)
 echo "== lintian $deb"
 lintian --fail-on error "$deb"
+# The desktop entry and the metainfo as the package installs them.
+contents="$out/contents"
+dpkg-deb -x "$deb" "$contents"
 echo "== desktop-file-validate"
-desktop-file-validate "$root/packaging/io.navro.Navro.desktop"
+desktop-file-validate "$contents/usr/share/applications/io.navro.Navro.desktop"
 echo "== appstreamcli validate"
-appstreamcli validate --no-net "$root/packaging/io.navro.Navro.metainfo.xml"
+appstreamcli validate --no-net "$contents/usr/share/metainfo/io.navro.Navro.metainfo.xml"
 echo "built and checked: $deb"

@@ -49,12 +49,17 @@ std::vector<ReleaseNotes> notesToShow(const std::vector<ReleaseNotes>& notes,
     if (lastSeen.empty() || !now)
         return {};
     const auto before = VersionNumber::parse(lastSeen);
-    if (before && !(*before < *now))
+    if (before && *before == *now)
         return {};
+    // After an update every version passed on the way counts; after a downgrade (or with a
+    // record that is no version) the user is on a version whose notes are the only ones that
+    // describe what they have now.
+    const bool updated = before && *before < *now;
     std::vector<ReleaseNotes> shown;
     for (const ReleaseNotes& entry : notes) {
-        const bool after = before ? *before < entry.version : entry.version == *now;
-        if (after && !(*now < entry.version))
+        const bool wanted =
+            updated ? *before < entry.version && !(*now < entry.version) : entry.version == *now;
+        if (wanted)
             shown.push_back(entry);
     }
     return shown;

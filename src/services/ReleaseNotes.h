@@ -20,9 +20,10 @@ struct ReleaseNotes {
 std::vector<ReleaseNotes> parseReleaseNotes(std::string_view bytes);
 
 // What the what's-new window shows at start-up, given the version that ran last ("" when none
-// ever ran: a fresh install shows nothing) and the one running now: the notes of every version
-// after the last seen one up to the running one, newest first. Nothing after a downgrade or when
-// nothing changed. A last-seen value that is no version shows the running version's notes.
+// ever ran: a fresh install shows nothing) and the one running now. After an update, the notes of
+// every version after the last seen one up to the running one, newest first; after a downgrade,
+// or when the last-seen value is no version, the running version's own notes. Nothing when the
+// version did not change.
 std::vector<ReleaseNotes> notesToShow(const std::vector<ReleaseNotes>& notes,
                                       std::string_view lastSeen, std::string_view running);
 

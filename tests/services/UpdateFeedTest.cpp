@@ -95,14 +95,14 @@ TEST(UpdateFeed, AnythingMalformedIsNoOfferWithAReason)
         R"({"version": "0.2.0", "link": "https://h/x", "notes": {"en": 1, "ar": ""}})",
         R"({"version": "0.2.0", "link": "https://h/x", "notes": {"en": "", "ar": null, "x": 1}, "date": []})",
     };
-for (std::string_view feed : feeds) {
-    const auto reading = parseUpdateFeed(feed);
-    EXPECT_FALSE(reading.offer) << feed;
-    EXPECT_FALSE(reading.error.empty()) << feed;
-}
-const std::string huge = R"({"version": "0.2.0", "link": "https://h/x", "notes": {"en": ")" +
-                         std::string(maxUpdateFeedBytes, 'a') + R"("}})";
-EXPECT_FALSE(parseUpdateFeed(huge).offer);
+    for (std::string_view feed : feeds) {
+        const auto reading = parseUpdateFeed(feed);
+        EXPECT_FALSE(reading.offer) << feed;
+        EXPECT_FALSE(reading.error.empty()) << feed;
+    }
+    const std::string huge = R"({"version": "0.2.0", "link": "https://h/x", "notes": {"en": ")" +
+                             std::string(maxUpdateFeedBytes, 'a') + R"("}})";
+    EXPECT_FALSE(parseUpdateFeed(huge).offer);
 }
 
 ReleaseNotes notes(std::string_view version)
@@ -129,13 +129,20 @@ TEST(ReleaseNotes, AfterAnUpdateTheVersionsSinceTheLastSeenOneShowNewestFirst)
     EXPECT_EQ(versionsShown("0.1.0", "0.2.0"), (Versions{"0.2.0"}));
     // A release without notes of its own shows those of the versions it passed.
     EXPECT_EQ(versionsShown("0.2.0", "0.3.5"), (Versions{"0.3.0", "0.2.1"}));
-    // Never on a fresh install, when nothing changed, or after a downgrade.
+    // Never on a fresh install or when nothing changed (however the version is spelt).
     EXPECT_EQ(versionsShown("", "0.3.0"), Versions{});
     EXPECT_EQ(versionsShown("0.3.0", "0.3.0"), Versions{});
     EXPECT_EQ(versionsShown("0.3", "0.3.0"), Versions{});
-    EXPECT_EQ(versionsShown("0.4.0", "0.3.0"), Versions{});
-    // A damaged record of the last version shows the running version's notes only.
+}
+
+TEST(ReleaseNotes, AfterADowngradeOrADamagedRecordOnlyTheRunningVersionsNotesShow)
+{
+    using Versions = std::vector<std::string>;
+    EXPECT_EQ(versionsShown("0.4.0", "0.2.0"), (Versions{"0.2.0"}));
     EXPECT_EQ(versionsShown("garbage", "0.3.0"), (Versions{"0.3.0"}));
+    // A running version without notes of its own has nothing to tell after a downgrade: the
+    // notes below it describe what the user had already.
+    EXPECT_EQ(versionsShown("0.4.0", "0.3.5"), Versions{});
 }
 
 TEST(ReleaseNotes, MalformedEntriesAreLeftOutAndTheRestSorted)

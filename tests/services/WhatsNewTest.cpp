@@ -50,16 +50,30 @@ TEST(WhatsNew, NeverOnAFreshInstallButOnceAfterAnUpdate)
     EXPECT_FALSE(launch(store, running));
 }
 
-TEST(WhatsNew, ADowngradeOrAVersionWithoutNotesOnlyMovesTheRecordOn)
+TEST(WhatsNew, ADowngradeShowsTheRunningVersionsNotesOnce)
+{
+    testApplication();
+    FakeSettingsStore store;
+    const std::string running(applicationVersion());
+    store.values[QStringLiteral("lastSeenVersion")] = QStringLiteral("99.0");
+    QVariantList entries;
+    EXPECT_TRUE(launch(store, running, &entries));
+    ASSERT_EQ(entries.size(), 1);
+    EXPECT_EQ(entries.front().toMap().value(QStringLiteral("version")).toString(),
+              QString::fromStdString(running));
+    EXPECT_EQ(std::get<QString>(store.values.at(QStringLiteral("lastSeenVersion"))),
+              QString::fromStdString(running));
+    EXPECT_FALSE(launch(store, running));
+}
+
+TEST(WhatsNew, AVersionWithoutNotesOnlyMovesTheRecordOn)
 {
     testApplication();
     FakeSettingsStore store;
     store.values[QStringLiteral("lastSeenVersion")] = QStringLiteral("99.0");
-    EXPECT_FALSE(launch(store, applicationVersion()));
-    EXPECT_EQ(std::get<QString>(store.values.at(QStringLiteral("lastSeenVersion"))),
-              QString::fromUtf8(applicationVersion()));
-    // Notes are only ever of versions up to the running one.
     EXPECT_FALSE(launch(store, "0.0.2"));
+    EXPECT_EQ(std::get<QString>(store.values.at(QStringLiteral("lastSeenVersion"))),
+              QStringLiteral("0.0.2"));
 }
 
 TEST(WhatsNew, TheShippedNotesCoverThisVersionInBothLanguages)
