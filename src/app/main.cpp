@@ -135,8 +135,6 @@ int main(int argc, char* argv[])
             return 0;
     }
 
-    // Every view is compiled into the program; a cache on disk could only be stale or damaged.
-    qputenv("QML_DISABLE_DISK_CACHE", "1");
     // The notch is a few flat shapes and some text. Qt Quick's own software renderer draws them
     // without loading an OpenGL driver, which on machines without a GPU (Mesa's llvmpipe) more
     // than halves resident memory and costs less processor time per animation frame.
