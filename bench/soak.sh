@@ -19,8 +19,8 @@
 # is asked to quit (SIGTERM) and its exit status printed. The exit status is 1 when the home was
 # not taken in, a stimulus went unanswered, a reminder did not come, a property read back wrong
 # or Navro did not exit cleanly; figures over their target are reported, not failed. SOAK_NAVRO
-# runs another program in Navro's place (a wrapper that sets its environment); the run's folder
-# stays when DESKTOP_KEEP is set.
+# runs another program in Navro's place (a wrapper that sets its environment), SOAK_REST sets the
+# rest before each reading (35 s), and the run's folder stays when DESKTOP_KEEP is set.
 set -uo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 build=$(cd "${1:-$root/build}" && pwd)
@@ -38,6 +38,9 @@ soak_started=$(desktop_now_ms)
 fail() {
     echo "soak: $*" >&2
     [ -n "${NAVRO_LOG:-}" ] && tail -n 20 "$NAVRO_LOG" >&2
+    # The first process of the desktop is its X server.
+    desktop_is_running "${desktop_pids[0]}" ||
+        { echo "soak: the X server is gone:" >&2; tail -n 20 "$DESKTOP_DIR/logs/xvfb.log" >&2; }
     exit 1
 }
 
@@ -151,7 +154,7 @@ process_inventory() {
 helper_of() { ps --ppid "$1" -o pid=,comm= | awk '$2 ~ /^navro-nowplay/ { print $1 }'; }
 # Figures are read after a rest longer than Qt keeps an idle pool thread (30 s), so that the
 # workers of the last few seconds' work are not counted as growth.
-settle() { sleep 35; }
+settle() { sleep "${SOAK_REST:-35}"; }
 
 driver() { /usr/bin/python3 "$root/bench/soak_driver.py" "$@"; }
 reminders_shown() {
