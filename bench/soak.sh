@@ -164,7 +164,7 @@ until_minute() {
     local left=$(($1 - $(date +%s)))
     echo $((left > 0 ? left + 30 : 30))
 }
-driver run warm-up "$(warm_up "$copies" 80)" "$(warm_up "$tabs" 10)" "$(warm_up "$timers" 10)" \
+driver run warm-up "$(warm_up "$copies" 80)" "$(warm_up "$tabs" 13)" "$(warm_up "$timers" 10)" \
     "$(warm_up "$tracks" 26)" "$(warm_up "$devices" 5)" || fail "the warm-up did not go through"
 wait_until "$(until_minute "$warm_reminder")" "the first reminder" \
     grep -q 'string "Reminder 1"' "$notifications_log" || fail "the first reminder did not come"
