@@ -7,17 +7,25 @@
 //                                    soon as the previous one has been read (or after PATIENCE_MS,
 //                                    1000 by default, with nobody reading); prints "read N of
 //                                    COUNT" at the end
+//   clipboard_owner serve [PATIENCE_MS]
+//                                    for each line on standard input, "text TEXT" (a backslash
+//                                    and n for a line break) or "image FILE" (a PNG), owns the
+//                                    clipboard with that content and answers "read" once someone
+//                                    has read it, or "unread" after PATIENCE_MS (1000 by
+//                                    default); ends with its input
 #include <QClipboard>
 #include <QFile>
 #include <QGuiApplication>
 #include <QMimeData>
+#include <QSocketNotifier>
 #include <QTimer>
 #include <cstdio>
 #include <functional>
+#include <unistd.h>
 
 namespace {
 
-// Content that says when someone has read its text.
+// Content that says when someone has read its text or picture.
 class WatchedText final : public QMimeData {
 public:
     std::function<void()> onRead;
@@ -25,7 +33,8 @@ public:
 protected:
     QVariant retrieveData(const QString& type, QMetaType wanted) const override
     {
-        if (type.startsWith(QLatin1String("text/plain")) && onRead)
+        if ((type.startsWith(QLatin1String("text/plain")) || type == QLatin1String("image/png")) &&
+            onRead)
             QTimer::singleShot(0, onRead);
         return QMimeData::retrieveData(type, wanted);
     }
@@ -100,6 +109,64 @@ int storm(QGuiApplication& application, int count, const QString& prefix, int pa
     return 0;
 }
 
+int serve(QGuiApplication& application, int patience)
+{
+    QClipboard* clipboard = QGuiApplication::clipboard();
+    QTimer giveUp;
+    giveUp.setSingleShot(true);
+    giveUp.setInterval(patience);
+    // Which content an answer is owed for; 0 while none is.
+    int waiting = 0;
+    int serial = 0;
+    const auto answer = [&](const char* word) {
+        waiting = 0;
+        giveUp.stop();
+        std::puts(word);
+        std::fflush(stdout);
+    };
+    QObject::connect(&giveUp, &QTimer::timeout, &application, [&] { answer("unread"); });
+    QByteArray pending;
+    QSocketNotifier input(STDIN_FILENO, QSocketNotifier::Read);
+    QObject::connect(&input, &QSocketNotifier::activated, &application, [&] {
+        char chunk[4096];
+        const ssize_t got = ::read(STDIN_FILENO, chunk, sizeof chunk);
+        if (got <= 0) {
+            application.quit();
+            return;
+        }
+        pending.append(chunk, got);
+        qsizetype end;
+        while ((end = pending.indexOf('\n')) >= 0) {
+            const QByteArray line = pending.left(end);
+            pending.remove(0, end + 1);
+            auto* content = new WatchedText;
+            if (line.startsWith("image ")) {
+                QFile file(QString::fromUtf8(line.mid(6)));
+                if (!file.open(QIODevice::ReadOnly)) {
+                    std::fprintf(stderr, "clipboard_owner: cannot read %s\n", line.constData() + 6);
+                    delete content;
+                    application.exit(2);
+                    return;
+                }
+                content->setData(QStringLiteral("image/png"), file.readAll());
+            } else {
+                // One line of input per copy: a line break of the text comes escaped.
+                QByteArray text = line.startsWith("text ") ? line.mid(5) : line;
+                content->setText(QString::fromUtf8(text.replace("\\n", "\n")));
+            }
+            const int shown = ++serial;
+            waiting = shown;
+            content->onRead = [&, shown] {
+                if (waiting == shown)
+                    answer("read");
+            };
+            clipboard->setMimeData(content);
+            giveUp.start();
+        }
+    });
+    return application.exec();
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -109,9 +176,11 @@ int main(int argc, char** argv)
     if (arguments.size() >= 3 && arguments[0] == QLatin1String("storm"))
         return storm(application, arguments[1].toInt(), arguments[2],
                      arguments.size() > 3 ? arguments[3].toInt() : 1000);
+    if (!arguments.isEmpty() && arguments[0] == QLatin1String("serve"))
+        return serve(application, arguments.size() > 1 ? arguments[1].toInt() : 1000);
     if (!arguments.isEmpty())
         return own(application, arguments);
-    std::fprintf(stderr,
-                 "usage: clipboard_owner TYPE=VALUE... | storm COUNT PREFIX [PATIENCE_MS]\n");
+    std::fprintf(stderr, "usage: clipboard_owner TYPE=VALUE... | storm COUNT PREFIX "
+                         "[PATIENCE_MS] | serve [PATIENCE_MS]\n");
     return 2;
 }
