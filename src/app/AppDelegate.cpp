@@ -147,8 +147,9 @@ void AppDelegate::start()
     startNowPlaying();
     pasteboard_ = makeSystemPasteboard();
     frontmost_ = makeFrontmostApplication();
+    backgroundQueue_ = std::make_unique<BackgroundQueue>();
     clipboard_ = std::make_unique<ClipboardStore>(*settings_, clock_, *pasteboard_, *frontmost_,
-                                                  dataFolder());
+                                                  dataFolder(), runInBackground());
     clipboard_->start();
     clipboardHistory_ = std::make_unique<ClipboardHistoryModel>(*clipboard_);
     activityCenter_ = std::make_unique<ActivityCenter>(clock_, *settings_);
@@ -302,15 +303,19 @@ void AppDelegate::finishStart()
     connect(transfers_.get(), &TransferMonitor::transfersChanged, this, devicesChanged);
 }
 
+BackgroundRunner AppDelegate::runInBackground()
+{
+    return
+        [queue = backgroundQueue_.get()](std::function<void()> work, std::function<void()> then) {
+            queue->run(std::move(work), std::move(then));
+        };
+}
+
 void AppDelegate::startCalendar()
 {
     calendarFetcher_ = std::make_unique<HttpCalendarFetcher>();
-    calendarQueue_ = std::make_unique<BackgroundQueue>();
     calendar_ = std::make_unique<CalendarService>(
-        *settings_, clock_, *timeEvents_, *calendarFetcher_,
-        [queue = calendarQueue_.get()](std::function<void()> work, std::function<void()> then) {
-            queue->run(std::move(work), std::move(then));
-        },
+        *settings_, clock_, *timeEvents_, *calendarFetcher_, runInBackground(),
         // Evolution keeps its calendars in the same data home as ours.
         CalendarService::Folders{dataFolder() / "Calendars", dataFolder().parent_path()});
     connect(calendar_.get(), &CalendarService::nextMeetingChanged, activityCenter_.get(),

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/AppEvents.h"
+#include "app/BackgroundRunner.h"
 #include "app/MenuBarActions.h"
 #include "app/MenuPanelPlacement.h"
 #include "app/QtClock.h"
@@ -140,6 +141,7 @@ private:
     void startNowPlaying();
     void startCapture();
     void startCalendar();
+    BackgroundRunner runInBackground();
     void noteNowPlayingChanged();
     void startSound();
     void startTransfers();
@@ -173,6 +175,8 @@ private:
     std::unique_ptr<ArtworkDownloader> artworkDownloader_;
     std::unique_ptr<NowPlayingService> nowPlaying_;
     std::optional<RemoteNowPlaying> nowPlayingSnapshot_;
+    // Reading that would hold up the main thread (history files, calendars), one job at a time.
+    std::unique_ptr<BackgroundQueue> backgroundQueue_;
     std::unique_ptr<Pasteboard> pasteboard_;
     std::unique_ptr<FrontmostApplication> frontmost_;
     std::unique_ptr<ClipboardStore> clipboard_;
@@ -188,7 +192,6 @@ private:
     std::unique_ptr<SoundPlayer> sound_;
     std::unique_ptr<TimerService> timer_;
     std::unique_ptr<CalendarFetcher> calendarFetcher_;
-    std::unique_ptr<BackgroundQueue> calendarQueue_;
     std::unique_ptr<CalendarService> calendar_;
     std::unique_ptr<NotesStore> notes_;
     std::unique_ptr<DesktopFiles> desktopFiles_;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/BackgroundRunner.h"
 #include "app/Clock.h"
 #include "app/SystemTimeEvents.h"
 #include "calendar/CalendarFetcher.h"
@@ -40,9 +41,7 @@ class CalendarService : public QObject {
     Q_PROPERTY(QVariantList sources READ sourceList NOTIFY sourcesChanged)
 
 public:
-    // Runs `work` away from the main thread, then `then` back on it.
-    using BackgroundRunner =
-        std::function<void(std::function<void()> work, std::function<void()> then)>;
+    using BackgroundRunner = navro::BackgroundRunner;
 
     struct Folders {
         std::filesystem::path cache;    // the last good copies of links

@@ -10,6 +10,7 @@
 
 #include <QBuffer>
 #include <QImage>
+#include <QPointer>
 #include <QUuid>
 #include <algorithm>
 #include <set>
@@ -49,15 +50,33 @@ std::string newId()
 
 } // namespace
 
+struct ClipboardStore::History {
+    std::vector<ClipboardItem> items;
+    std::vector<std::string> logLines;
+};
+
 ClipboardStore::ClipboardStore(AppSettings& settings, Clock& clock, Pasteboard& pasteboard,
                                FrontmostApplication& frontmost, std::filesystem::path folder,
-                               QObject* parent)
+                               const BackgroundRunner& runInBackground, QObject* parent)
     : QObject(parent), settings_(settings), clock_(clock), pasteboard_(pasteboard),
       frontmost_(frontmost), folder_(std::move(folder)), poll_(clock.makeSlot()),
       retryDelay_(firstRetry), retry_(clock.makeSlot())
 {
-    load();
     lastChangeCount_ = pasteboard_.changeCount();
+    auto history = std::make_shared<History>();
+    auto work = [history, folder = folder_, now = clock_.now()] {
+        *history = readHistory(folder, now);
+    };
+    auto then = [self = QPointer(this), history] {
+        if (self)
+            self->finishLoading(std::move(*history));
+    };
+    if (runInBackground) {
+        runInBackground(std::move(work), std::move(then));
+    } else {
+        work();
+        then();
+    }
 }
 
 ClipboardStore::~ClipboardStore()
@@ -71,6 +90,12 @@ void ClipboardStore::start()
     if (started_)
         return;
     started_ = true;
+    if (loaded_)
+        watch();
+}
+
+void ClipboardStore::watch()
+{
     if (!pasteboard_.watch([this] { check(); }))
         schedulePoll();
 }
@@ -83,28 +108,52 @@ void ClipboardStore::schedulePoll()
     });
 }
 
-void ClipboardStore::load()
+// Away from the main thread: touches nothing of the store, and leaves its log lines to it.
+ClipboardStore::History ClipboardStore::readHistory(const std::filesystem::path& folder,
+                                                    WallTime now)
 {
-    removeAbandonedTemporaries(folder_);
-    removeAbandonedTemporaries(imagesFolder());
-    const std::filesystem::path file = historyFile();
+    History history;
+    removeAbandonedTemporaries(folder);
+    removeAbandonedTemporaries(folder / "ClipboardImages");
+    const std::filesystem::path file = folder / "clipboard.plist";
     const FileRead read = readRegularFile(file, maxHistoryFileBytes);
     if (read.status == FileRead::Status::missing)
-        return;
-    std::optional<ClipboardHistoryFile> history;
+        return history;
+    std::optional<ClipboardHistoryFile> decoded;
     if (read.ok())
-        history = decodeClipboardHistory(read.bytes);
+        decoded = decodeClipboardHistory(read.bytes);
     else
-        logLine("clipboard.plist: " + read.reason);
-    if (!history) {
-        SafeStorage::backUpUnreadable(file, clock_.now());
-        return;
+        history.logLines.push_back("clipboard.plist: " + read.reason);
+    if (!decoded) {
+        SafeStorage::backUpUnreadable(file, now);
+        return history;
     }
-    items_ = std::move(history->items);
-    if (history->skipped > 0)
-        logLine("clipboard.plist: left out " + std::to_string(history->skipped) +
-                " entries that could not be read");
+    history.items = std::move(decoded->items);
+    if (decoded->skipped > 0)
+        history.logLines.push_back("clipboard.plist: left out " + std::to_string(decoded->skipped) +
+                                   " entries that could not be read");
+    return history;
+}
+
+void ClipboardStore::finishLoading(History history)
+{
+    for (const std::string& line : history.logLines)
+        logLine(line);
+    loaded_ = true;
+    // What Navro put on the clipboard meanwhile is newer than anything in the file.
+    items_.insert(items_.end(), std::make_move_iterator(history.items.begin()),
+                  std::make_move_iterator(history.items.end()));
     removeStrayImages();
+    if (changedBeforeLoading_) {
+        keepWithinLimit();
+        commit();
+    } else if (!items_.empty()) {
+        emit itemsChanged();
+    }
+    if (started_) {
+        watch();
+        check();
+    }
 }
 
 // Images whose entry never reached the history file (Navro ended in between) are of no use.
@@ -125,6 +174,8 @@ void ClipboardStore::removeStrayImages()
 
 void ClipboardStore::check()
 {
+    if (!loaded_)
+        return;
     const std::uint64_t changeCount = pasteboard_.changeCount();
     if (changeCount == lastChangeCount_)
         return;
@@ -229,9 +280,14 @@ void ClipboardStore::recordImage(const QImage& image, const std::optional<QStrin
 void ClipboardStore::add(ClipboardItem item)
 {
     items_.insert(items_.begin(), std::move(item));
+    keepWithinLimit();
+    commit();
+}
+
+void ClipboardStore::keepWithinLimit()
+{
     const int limit = settings_.clipboardLimit();
     dropFromEnd(std::max(std::size_t(std::max(limit, 0)), minimumLimit));
-    commit();
 }
 
 void ClipboardStore::dropFromEnd(std::size_t keep)
@@ -349,6 +405,11 @@ void ClipboardStore::commit()
 
 void ClipboardStore::save()
 {
+    // Written once the history is read, with it: until then the file holds what it held.
+    if (!loaded_) {
+        changedBeforeLoading_ = true;
+        return;
+    }
     std::optional<FileError> error = makePrivateFolder(folder_);
     if (!error)
         error = writeFileAtomically(historyFile(), encodeClipboardHistory(items_));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/BackgroundRunner.h"
 #include "app/Clock.h"
 #include "data/ClipboardItem.h"
 
@@ -43,10 +44,13 @@ public:
     static constexpr std::size_t maxImageFileBytes = 256 << 20;
     static constexpr std::size_t minimumLimit = 10;
 
-    // Loads the history from `folder` and takes note of what is on the clipboard now.
+    // Takes note of what is on the clipboard now and reads the history from `folder` through
+    // `runInBackground` (without one, at once). Until the history is read, nothing is recorded
+    // and nothing is written: changes of the clipboard meanwhile are recorded after it, and
+    // Navro's own entries (putImage, putFiles) go on top of it.
     ClipboardStore(AppSettings& settings, Clock& clock, Pasteboard& pasteboard,
                    FrontmostApplication& frontmost, std::filesystem::path folder,
-                   QObject* parent = nullptr);
+                   const BackgroundRunner& runInBackground = {}, QObject* parent = nullptr);
     ~ClipboardStore() override;
 
     // Starts watching the clipboard (once).
@@ -54,6 +58,7 @@ public:
     // Looks at the clipboard once and records its content if it changed since the last look.
     void check();
 
+    bool isLoaded() const { return loaded_; }
     const std::vector<ClipboardItem>& items() const { return items_; }
     int count() const { return int(items_.size()); }
     bool saveFailed() const { return saveFailed_; }
@@ -80,8 +85,11 @@ signals:
     void copiedBack();
 
 private:
-    void load();
+    struct History;
+    static History readHistory(const std::filesystem::path& folder, WallTime now);
+    void finishLoading(History history);
     void removeStrayImages();
+    void watch();
     void schedulePoll();
     bool isConcealed(const QStringList& types);
     ClipboardItem newItem(ClipboardKind kind, std::string text,
@@ -89,6 +97,7 @@ private:
     void record(ClipboardKind kind, std::string text, const std::optional<QString>& source);
     void recordImage(const QImage& image, const std::optional<QString>& source);
     void add(ClipboardItem item);
+    void keepWithinLimit();
     std::optional<QImage> loadImage(const ClipboardItem& item) const;
     std::vector<ClipboardItem>::iterator find(const QString& id);
     // Keeps the history file within its size, publishes the list and saves it.
@@ -105,6 +114,9 @@ private:
     std::vector<ClipboardItem> items_;
     std::uint64_t lastChangeCount_ = 0;
     bool ignoreNextChange_ = false;
+    bool loaded_ = false;
+    // Entries added before the history was read, to be written with it.
+    bool changedBeforeLoading_ = false;
     bool started_ = false;
     std::unique_ptr<TaskSlot> poll_;
     // Image files of entries that are gone, deleted once a history without them is on disk: a

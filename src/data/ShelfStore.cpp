@@ -147,7 +147,22 @@ void ShelfStore::save()
     }
 }
 
+// The list's icons come from the MIME database, whose first use reads it from disk: the list is
+// built when something first reads it, not while Navro starts.
 void ShelfStore::rebuildList()
+{
+    if (!listBuilt_) {
+        emit sectionsChanged();
+        return;
+    }
+    QVariantList list = buildList();
+    if (list == list_)
+        return;
+    list_ = std::move(list);
+    emit sectionsChanged();
+}
+
+QVariantList ShelfStore::buildList() const
 {
     const QMimeDatabase types;
     QVariantList list;
@@ -159,14 +174,15 @@ void ShelfStore::rebuildList()
                                 {QStringLiteral("name"), toQString(section.name)},
                                 {QStringLiteral("items"), items}});
     }
-    if (list == list_)
-        return;
-    list_ = std::move(list);
-    emit sectionsChanged();
+    return list;
 }
 
 QVariantList ShelfStore::sectionList() const
 {
+    if (!listBuilt_) {
+        list_ = buildList();
+        listBuilt_ = true;
+    }
     return list_;
 }
 

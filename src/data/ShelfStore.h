@@ -80,13 +80,15 @@ private:
     const ShelfItem* findItem(const QString& id) const;
     std::string defaultSectionName() const;
     void rebuildList();
+    QVariantList buildList() const;
 
     Clock& clock_;
     const AppSettings& settings_;
     DesktopFiles& files_;
     std::filesystem::path folder_;
     Shelf shelf_;
-    QVariantList list_;
+    mutable QVariantList list_;
+    mutable bool listBuilt_ = false;
     QString saveError_;
     Duration retryDelay_ = firstRetry;
     std::unique_ptr<TaskSlot> retry_;

@@ -370,6 +370,64 @@ TEST_F(ClipboardStoreTest, TheHistorySurvivesARestartAndIsPrivate)
     EXPECT_EQ(permissionsOf(store->imagesFolder() / *store->items()[0].imageFile), 0600u);
 }
 
+// The history read in the background: whatever happens before it arrives neither overwrites
+// the file nor gets lost.
+TEST_F(ClipboardStoreTest, WhileTheHistoryIsReadNothingIsWrittenAndNothingIsLost)
+{
+    {
+        auto store = startStore();
+        pasteboard.copy(FakePasteboard::text("older"));
+        pasteboard.copy(FakePasteboard::text("old"));
+    }
+    std::vector<std::function<void()>> pending;
+    ClipboardStore store(settings, clock, pasteboard, frontmost, folder,
+                         [&](std::function<void()> work, std::function<void()> then) {
+                             pending.push_back([work, then] {
+                                 work();
+                                 then();
+                             });
+                         });
+    int changes = 0;
+    QObject::connect(&store, &ClipboardStore::itemsChanged, [&] { ++changes; });
+    store.start();
+    store.putFiles({"/tmp/Recording.mp4"});
+    pasteboard.copy(FakePasteboard::text("copied while reading"));
+    EXPECT_FALSE(store.isLoaded());
+    EXPECT_EQ(texts(store), std::vector<std::string>{"/tmp/Recording.mp4"});
+    EXPECT_EQ(onDisk().size(), 2u) << "the file was written before it was read";
+
+    ASSERT_EQ(pending.size(), 1u);
+    pending.front()();
+    EXPECT_TRUE(store.isLoaded());
+    // Navro's own entry on top of the history, then the copy made meanwhile on top of both.
+    const std::vector<std::string> expected{"copied while reading", "/tmp/Recording.mp4", "old",
+                                            "older"};
+    EXPECT_EQ(texts(store), expected);
+    EXPECT_EQ(onDisk(), store.items());
+    EXPECT_GE(changes, 2);
+
+    // And it watches from then on.
+    pasteboard.copy(FakePasteboard::text("after"));
+    EXPECT_EQ(texts(store).front(), "after");
+}
+
+TEST_F(ClipboardStoreTest, AStoreGoneBeforeItsHistoryArrivesIsLeftAlone)
+{
+    std::function<void()> finish;
+    {
+        ClipboardStore store(settings, clock, pasteboard, frontmost, folder,
+                             [&](std::function<void()> work, std::function<void()> then) {
+                                 finish = [work, then] {
+                                     work();
+                                     then();
+                                 };
+                             });
+    }
+    ASSERT_TRUE(finish);
+    finish(); // would touch the deleted store if it did not know it was gone
+    EXPECT_FALSE(fs::exists(folder / "clipboard.plist"));
+}
+
 TEST_F(ClipboardStoreTest, AnUnreadableHistoryIsKeptAsideAndTheStoreStartsEmpty)
 {
     const std::string unreadable[] = {"garbage", std::string(),
