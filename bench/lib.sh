@@ -23,18 +23,34 @@ bench_require() {
 
 ticks=$(getconf CLK_TCK)
 cpu_ticks() { awk '{ print $14 + $15 }' "/proc/$1/stat"; }
-# cpu_ns PID: the processor time of PID's threads in nanoseconds, as the scheduler counts it (clock
-# ticks are 10 ms: too coarse for a process that uses a few milliseconds a second). A thread that
-# ends between two readings takes its share with it; the processes measured keep theirs.
-cpu_ns() { cat /proc/"$1"/task/*/schedstat 2>/dev/null | awk '{ n += $1 } END { printf "%d\n", n }'; }
+# cpu_snapshot PID: the processor time PID has used so far, to be read with cpu_used: one
+# "tid nanoseconds ticks" line per live thread (nanoseconds as the scheduler counts them; clock
+# ticks are 10 ms, too coarse for a process that uses a few milliseconds a second), and the
+# process's total in ticks, which keeps what ended threads used.
+cpu_snapshot() {
+    local task
+    for task in /proc/"$1"/task/*; do
+        echo "${task##*/} $(cut -d' ' -f1 "$task/schedstat" 2>/dev/null)" \
+            "$(sed 's/^.*) //' "$task/stat" 2>/dev/null | awk '{ print $12 + $13 }')"
+    done | awk 'NF == 3'
+    echo "process 0 $(cpu_ticks "$1")"
+}
+# cpu_used BEFORE AFTER: the nanoseconds used between two snapshots: the threads alive at both
+# to the nanosecond, the ones that started or ended in between in ticks.
+cpu_used() {
+    awk -v tick=$((1000000000 / ticks)) '
+        NR == FNR { ns[$1] = $2; tk[$1] = $3; next }
+        $1 == "process" { process = $3 - tk["process"]; next }
+        $1 in ns { exact += $2 - ns[$1]; counted += $3 - tk[$1] }
+        END { printf "%d\n", exact + (process - counted) * tick }' <(echo "$1") <(echo "$2")
+}
 rss_kib() { awk '/^VmRSS:/ { print $2 }' "/proc/$1/status"; }
 
 # measure_cpu WHAT SECONDS PID: the processor use of PID over the next SECONDS seconds, as a line.
 measure_cpu() {
-    local before after
-    before=$(cpu_ns "$3")
+    local before
+    before=$(cpu_snapshot "$3")
     sleep "$2"
-    after=$(cpu_ns "$3")
-    awk -v t=$((after - before)) -v s="$2" -v what="$1" 'BEGIN {
+    awk -v t="$(cpu_used "$before" "$(cpu_snapshot "$3")")" -v s="$2" -v what="$1" 'BEGIN {
         printf "%s over %d s: %.3f s of CPU time (%.3f %% of one core)\n", what, s, t / 1e9, 100 * t / 1e9 / s }'
 }

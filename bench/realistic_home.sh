@@ -13,6 +13,13 @@
 #       mpv with its MPRIS plugin playing ALBUMS (4) folders of three 20-second tagged tones,
 #       each folder with its own cover.jpg in a colour of its own, round and round; sets
 #       PLAYER_PID, PLAYER_BUS_NAME and REALISTIC_PLAYER (its name for playerctl -p)
+#   realistic_services [playing|paused|none] [ALBUMS]
+#       the home above in $HOME, then every service of the desktop Navro talks to: a sound
+#       server, a notification daemon, the tests' screen saver, a private system bus with
+#       python3-dbusmock's UPower (battery $REALISTIC_BATTERY, charger $REALISTIC_CHARGER) and
+#       BlueZ (paired headset $REALISTIC_HEADSET) and the tests' UDisks2 (a stick), and the
+#       player of realistic_player in $DESKTOP_DIR/music (none: no player, the caller starts its
+#       own)
 #   realistic_cover_colour TITLE   the RRGGBB of the cover of the track of that title
 #   realistic_check SHOTS_DIR      that the running Navro ($NAVRO_PID, $NAVRO_LOG) took in every
 #       piece of the home: nothing of it refused in its log, the next meeting from the calendar,
@@ -56,6 +63,40 @@ realistic_player() {
     [ "$mode" = paused ] && extra+=(--pause)
     desktop_start_player player "${extra[@]}" "${files[@]}" || return 1
     REALISTIC_PLAYER=${PLAYER_BUS_NAME#org.mpris.MediaPlayer2.}
+}
+
+REALISTIC_BATTERY=/org/freedesktop/UPower/devices/BAT0
+REALISTIC_CHARGER=/org/freedesktop/UPower/devices/AC
+REALISTIC_HEADSET=11:22:33:44:55:66
+
+realistic_services() {
+    realistic_home "$HOME" || return 1
+    mkdir -p "$HOME/Downloads"
+    echo "XDG_DOWNLOAD_DIR=\"\$HOME/Downloads\"" >"$XDG_CONFIG_HOME/user-dirs.dirs"
+    desktop_start_sound && desktop_start_notifications && desktop_start_screensaver &&
+        desktop_start_system_bus || return 1
+    desktop_start_mock upower upower org.freedesktop.UPower &&
+        realistic_upower AddDischargingBattery BAT0 "Laptop Battery" 60.0 7200 &&
+        realistic_upower AddAC AC Charger || return 1
+    desktop_start_mock bluez bluez5 org.bluez && realistic_bluez AddAdapter hci0 computer &&
+        realistic_bluez AddDevice hci0 "$REALISTIC_HEADSET" "Travel Headset" &&
+        realistic_bluez PairDevice hci0 "$REALISTIC_HEADSET" 2360324 || return 1
+    desktop_start_udisks &&
+        gdbus call --system --dest org.freedesktop.UDisks2 --object-path /org/freedesktop/UDisks2 \
+            --method io.navro.test.UDisks2.AddStick stick PHOTOS 16000000000 Kingston DataTraveler \
+            >/dev/null || return 1
+    [ "${1:-playing}" = none ] || realistic_player "$DESKTOP_DIR/music" "${1:-playing}" "${2:-4}"
+}
+
+# realistic_upower METHOD ARGUMENT..., realistic_bluez METHOD ARGUMENT...: the stand-ins' own
+# methods for adding devices.
+realistic_upower() {
+    gdbus call --system --dest org.freedesktop.UPower --object-path /org/freedesktop/UPower \
+        --method "org.freedesktop.DBus.Mock.$1" "${@:2}" >/dev/null
+}
+realistic_bluez() {
+    gdbus call --system --dest org.bluez --object-path /org/bluez \
+        --method "org.bluez.Mock.$1" "${@:2}" >/dev/null
 }
 
 realistic_cover_colour() {

@@ -60,43 +60,12 @@ devices=$(scaled 100)
 reminders=$(scaled 50)
 
 # --- The home and the desktop's services ------------------------------------------------------
-realistic_home "$HOME" || fail "could not fill the home"
-mkdir -p "$HOME/Downloads"
-echo "XDG_DOWNLOAD_DIR=\"\$HOME/Downloads\"" >"$XDG_CONFIG_HOME/user-dirs.dirs"
-
-desktop_start_sound || fail "no sound server"
-desktop_start_notifications || fail "no notification daemon"
-desktop_start_screensaver || fail "no screen saver"
+realistic_services playing 10 || fail "the home or a service of the desktop did not come up"
 desktop_spawn notifications-monitor dbus-monitor --session \
     "type='method_call',interface='org.freedesktop.Notifications',member='Notify'"
 notifications_log="$DESKTOP_DIR/logs/notifications-monitor.log"
-
-desktop_start_system_bus || fail "no system bus"
-desktop_start_mock upower upower org.freedesktop.UPower || fail "no UPower"
-export SOAK_BATTERY=/org/freedesktop/UPower/devices/BAT0
-export SOAK_CHARGER=/org/freedesktop/UPower/devices/AC
-export SOAK_HEADSET=11:22:33:44:55:66
-upower() {
-    gdbus call --system --dest org.freedesktop.UPower --object-path /org/freedesktop/UPower \
-        --method "org.freedesktop.DBus.Mock.$1" "${@:2}" >/dev/null
-}
-bluez() {
-    gdbus call --system --dest org.bluez --object-path /org/bluez \
-        --method "org.bluez.Mock.$1" "${@:2}" >/dev/null
-}
-{ upower AddDischargingBattery BAT0 "Laptop Battery" 60.0 7200 && upower AddAC AC Charger; } ||
-    fail "could not add the battery"
-desktop_start_mock bluez bluez5 org.bluez || fail "no BlueZ"
-{
-    bluez AddAdapter hci0 computer && bluez AddDevice hci0 "$SOAK_HEADSET" "Travel Headset" &&
-        bluez PairDevice hci0 "$SOAK_HEADSET" 2360324
-} || fail "could not add the headset"
-desktop_start_udisks || fail "no UDisks2"
-gdbus call --system --dest org.freedesktop.UDisks2 --object-path /org/freedesktop/UDisks2 \
-    --method io.navro.test.UDisks2.AddStick stick PHOTOS 16000000000 Kingston DataTraveler \
-    >/dev/null || fail "could not add the stick"
-
-realistic_player "$DESKTOP_DIR/music" playing 10 || fail "no player"
+export SOAK_BATTERY=$REALISTIC_BATTERY SOAK_CHARGER=$REALISTIC_CHARGER
+export SOAK_HEADSET=$REALISTIC_HEADSET
 export SOAK_PLAYER=$REALISTIC_PLAYER SOAK_OWNER=$owner
 SOAK_IMAGES=""
 for size in 1280x720 800x600 1920x1080 640x480; do

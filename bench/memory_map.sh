@@ -1,0 +1,119 @@
+#!/usr/bin/env bash
+# bench/memory_map.sh [BUILD_DIR]: where Navro's resident memory goes, with the home and the
+# desktop's services of bench/realistic_home.sh (a paused player with covers).
+#   1. Navro as it runs, 10 s after start and again after every tab was opened once: its resident
+#      memory from /proc/PID/smaps in groups (the heap, other anonymous memory, Qt's libraries by
+#      module, ICU, fonts, the rest of the libraries, Navro's own program), beside the bare Qt
+#      Quick window of bench/BareNotchWindow.cpp, the floor.
+#   2. Navro under heaptrack, through the same steps and stopped by SIGKILL, so that "leaked"
+#      means "held at that moment": the heap it held, by who allocated it (the first of Navro's
+#      services or stores on the allocation's stack, else the library doing the work).
+# heaptrack inflates the process, so the two runs are separate; the heap's split comes from the
+# second, the sizes from the first.
+set -uo pipefail
+root=$(cd "$(dirname "$0")/.." && pwd)
+build=$(cd "${1:-$root/build}" && pwd)
+navro="$build/src/navro"
+bare="$build/bench/bare_notch_window"
+command -v heaptrack >/dev/null || { echo "memory_map: heaptrack is missing (make deps)" >&2; exit 1; }
+# shellcheck source=lib.sh
+source "$root/bench/lib.sh"
+# shellcheck source=realistic_home.sh
+source "$root/bench/realistic_home.sh"
+bench_require memory_map "$navro" "$bare" "$build/tests/desktop/navro_test_x11"
+bench_desktop "$build"
+realistic_services paused || { echo "memory_map: the desktop's services did not come up" >&2; exit 1; }
+
+# smaps_groups PID: resident KiB per group, one "group KiB" line each, largest first.
+smaps_groups() {
+    awk '
+        /^[0-9a-f]+-[0-9a-f]+ / { path = (NF >= 6) ? $6 : "" ; next }
+        /^Rss:/ {
+            g = "other libraries and files"
+            if (path == "[heap]") g = "heap (malloc)"
+            else if (path == "" || path ~ /^\[anon/) g = "other anonymous (malloc arenas, JS heap, stacks)"
+            else if (path ~ /^\[/) g = "stack and kernel pages"
+            else if (path ~ /libQt6(Quick|Qml|QmlModels|QuickShapes|QuickControls|QuickTemplates|QuickLayouts|LabsQmlModels)/) g = "Qt Quick and QML libraries and plug-ins"
+            else if (path ~ /qml\/|\/libqtquick|\/libqml|QtQuick|QtQml/) g = "Qt Quick and QML libraries and plug-ins"
+            else if (path ~ /libQt6Widgets/) g = "Qt Widgets (tray menu)"
+            else if (path ~ /libQt6(Gui|Core|DBus|XcbQpa|OpenGL|Network)|\/platforms\/|\/imageformats\//) g = "Qt Core, Gui, D-Bus, X11 platform"
+            else if (path ~ /libicu/) g = "ICU (calendars, numbers, bidi)"
+            else if (path ~ /\.(ttf|otf|ttc|pcf)(\.gz)?$|fontconfig|libfreetype|libharfbuzz/) g = "fonts and their libraries"
+            else if (path ~ /\/navro$|\/navro-nowplaying$/) g = "Navro'"'"'s own program"
+            kib[g] += $2
+        }
+        END { for (g in kib) printf "%s\t%d\n", g, kib[g] }' "/proc/$1/smaps" | sort -t$'\t' -k2 -nr
+}
+
+# open_every_tab [LOG]: opens each tab in turn, then closes the notch; with LOG, writes there
+# how much the resident memory grew with each.
+open_every_tab() {
+    local before
+    for tab in home nowPlaying calendar timer notes clipboard capture shelf devices; do
+        [ -z "${1:-}" ] || before=$(rss_kib "$NAVRO_PID")
+        navro_call OpenTab "$tab" && wait_until 5 "the $tab tab" navro_field_is selectedTab "$tab" ||
+            return 1
+        sleep 0.5
+        [ -z "${1:-}" ] || echo "$tab $(($(rss_kib "$NAVRO_PID") - before))" >>"$1"
+    done
+    navro_call Close && wait_until 5 "the notch closed" navro_field_is status closed && sleep 2
+}
+
+table() {
+    printf '  %-52s %9s %9s %9s\n' "" "floor" "at 10 s" "all tabs"
+    join -t$'\t' -a1 -a2 -e0 -o 0,1.2,2.2 <(sort "$1") <(sort "$2") |
+        join -t$'\t' -a1 -a2 -e0 -o 0,1.2,1.3,2.2 - <(sort "$3") |
+        sort -t$'\t' -k4 -nr |
+        awk -F'\t' '{ printf "  %-52s %8.1fM %8.1fM %8.1fM\n", $1, $2 / 1024, $3 / 1024, $4 / 1024
+                      f += $2; a += $3; b += $4 }
+                    END { printf "  %-52s %8.1fM %8.1fM %8.1fM\n", "total", f / 1024, a / 1024, b / 1024 }'
+}
+
+work="$DESKTOP_DIR/memory"
+mkdir -p "$work"
+desktop_spawn bare "$bare"
+bare_pid=$DESKTOP_LAST_PID
+navro_start "$navro" || exit 1
+sleep 10
+smaps_groups "$bare_pid" >"$work/floor"
+smaps_groups "$NAVRO_PID" >"$work/start"
+kill "$bare_pid"
+rss_checked=$(rss_kib "$NAVRO_PID")
+# The home's checks open the music, notes and shelf tabs and copy once.
+realistic_check "$DESKTOP_DIR/shots" >/dev/null || exit 1
+rss_checked=$(($(rss_kib "$NAVRO_PID") - rss_checked))
+open_every_tab "$work/each-tab" || exit 1
+smaps_groups "$NAVRO_PID" >"$work/tabs"
+cp "/proc/$NAVRO_PID/smaps" "$work/smaps-tabs"
+echo "resident memory by group (smaps Rss):"
+table "$work/floor" "$work/start" "$work/tabs"
+echo
+echo "resident memory growth as the tabs open (the first opening loads the open notch's views):"
+echo "  the home's checks (the music, notes and shelf tabs, one copy)  $((rss_checked / 1024)).$((rss_checked % 1024 * 10 / 1024))M"
+awk '{ printf "  then %-12s %+6.1fM\n", $1, $2 / 1024 }' "$work/each-tab"
+kill "$NAVRO_PID"
+desktop_wait_exit "$NAVRO_PID" 20
+
+# --- The heap by who holds it ------------------------------------------------------------------
+cat >"$work/navro-heaptrack" <<WRAPPER
+#!/bin/sh
+exec heaptrack -o "$work/heaptrack" "$navro" "\$@"
+WRAPPER
+chmod +x "$work/navro-heaptrack"
+# Under heaptrack the start takes many times longer.
+desktop_spawn navro-heaptrack "$work/navro-heaptrack"
+heaptrack_pid=$DESKTOP_LAST_PID
+NAVRO_LOG="$DESKTOP_DIR/logs/navro-heaptrack.log"
+wait_until 120 "Navro under heaptrack on the bus" navro_field_is panelVisible true || exit 1
+sleep 10
+open_every_tab || exit 1
+# SIGKILL: what is not freed is what Navro held at this moment.
+pkill -KILL -x navro
+desktop_wait_exit "$heaptrack_pid" 120 || { echo "memory_map: heaptrack did not finish" >&2; exit 1; }
+data=$(ls "$work"/heaptrack* | grep -E '\.(zst|gz)$' | head -n1)
+heaptrack_print -f "$data" --print-peaks 0 --print-allocators 0 --print-temporary 0 \
+    --print-leaks 0 --flamegraph-cost-type leaked -F "$work/held.stacks" >/dev/null 2>&1
+[ -s "$work/held.stacks" ] || { echo "memory_map: heaptrack gave no stacks" >&2; exit 1; }
+echo
+echo "heap held after every tab was opened, by who allocated it (heaptrack):"
+/usr/bin/python3 "$root/bench/heap_owners.py" "$work/held.stacks"
