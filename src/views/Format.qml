@@ -25,6 +25,12 @@ QtObject {
         return digits(value < 10 ? "0" + value : String(value));
     }
 
+    // What a field of minutes lets the user type: up to four figures in either kind of digits,
+    // and up to two decimals after a point, a comma or the Arabic decimal mark. The characters
+    // are written as themselves: the validator hands the pattern to PCRE, which reads no "\u"
+    // escapes (with them the pattern is invalid and every keystroke refused).
+    readonly property var minutesPattern: /^[0-9٠-٩۰-۹]{0,4}([.,٫][0-9٠-٩۰-۹]{0,2})?$/
+
     // What the user typed, in either kind of digits, as a number (NaN if it is not one).
     function read(text) {
         return Number(String(text).replace(/[\u0660-\u0669\u06f0-\u06f9]/g,

@@ -99,7 +99,7 @@ Item {
                 horizontalAlignment: Text.AlignHCenter
                 inputMethodHints: Qt.ImhFormattedNumbersOnly
                 validator: RegularExpressionValidator {
-                    regularExpression: /^[0-9\u0660-\u0669]{0,4}([.,\u066B][0-9\u0660-\u0669]{0,2})?$/
+                    regularExpression: Format.minutesPattern
                 }
                 onTextEdited: {
                     var value = tab.parseMinutes(text);

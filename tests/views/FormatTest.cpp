@@ -1,6 +1,8 @@
 #include "ViewsFixture.h"
 
 #include <QDateTime>
+#include <QJSValue>
+#include <QRegularExpression>
 #include <QTimeZone>
 
 namespace navro {
@@ -64,6 +66,20 @@ TEST_F(FormatTest, FiguresUseTheDigitsOfTheInterfacesLanguage)
         EXPECT_EQ(call(c.function, c.first, c.second), c.expected)
             << c.language << " " << c.function << "(" << c.first.toString().toStdString() << ")";
     }
+}
+
+TEST_F(FormatTest, AFieldOfMinutesTakesEitherKindOfDigitsAndADecimalMark)
+{
+    QVariant value = singleton("format")->property("minutesPattern");
+    if (value.canConvert<QJSValue>())
+        value = value.value<QJSValue>().toVariant();
+    const QRegularExpression pattern = value.toRegularExpression();
+    ASSERT_TRUE(pattern.isValid()) << pattern.errorString().toStdString();
+    for (const QString& typed :
+         {u"45"_qs, u"٤٥"_qs, u"۴۵"_qs, u"1.5"_qs, u"1,25"_qs, u"١٫٥"_qs, u"1440"_qs, u""_qs})
+        EXPECT_TRUE(pattern.match(typed).hasMatch()) << typed.toStdString();
+    for (const QString& typed : {u"12345"_qs, u"1.555"_qs, u"abc"_qs, u"-5"_qs, u"1..5"_qs})
+        EXPECT_FALSE(pattern.match(typed).hasMatch()) << typed.toStdString();
 }
 
 TEST_F(FormatTest, FollowsALiveChangeOfLanguage)
