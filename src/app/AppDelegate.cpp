@@ -3,6 +3,7 @@
 #include "app/AppActions.h"
 #include "app/AppNotices.h"
 #include "app/AppSettings.h"
+#include "app/BackgroundQueue.h"
 #include "app/DesktopNotifier.h"
 #include "app/FileAccess.h"
 #include "app/HotKey.h"
@@ -16,7 +17,6 @@
 #include "app/SoundPlayer.h"
 #include "app/ThemeIconProvider.h"
 #include "app/Version.h"
-#include "calendar/BackgroundQueue.h"
 #include "calendar/CalendarService.h"
 #include "data/CaptureService.h"
 #include "data/ClipboardHistoryModel.h"
@@ -147,7 +147,7 @@ void AppDelegate::start()
     startNowPlaying();
     pasteboard_ = makeSystemPasteboard();
     frontmost_ = makeFrontmostApplication();
-    backgroundQueue_ = std::make_unique<BackgroundQueue>();
+    backgroundQueue_ = std::make_unique<BackgroundQueue>(/*held=*/true);
     clipboard_ = std::make_unique<ClipboardStore>(*settings_, clock_, *pasteboard_, *frontmost_,
                                                   dataFolder(), runInBackground());
     clipboard_->start();
@@ -231,11 +231,12 @@ void AppDelegate::start()
     });
 }
 
-// The rest of start-up, in its order: the status item and the hot key, onboarding, the
-// application services, and the control interface on the bus.
+// The rest of start-up, in its order: the histories and calendars read, the status item and the hot
+// key, onboarding, the application services, and the control interface on the bus.
 void AppDelegate::finishStart()
 {
     QPointer<AppDelegate> self(this);
+    backgroundQueue_->release();
     setUpStatusItem();
     setUpHotKey();
 
