@@ -63,6 +63,10 @@ ClipboardStore::ClipboardStore(AppSettings& settings, Clock& clock, Pasteboard& 
       retryDelay_(firstRetry), retry_(clock.makeSlot())
 {
     lastChangeCount_ = pasteboard_.changeCount();
+    // Here rather than with the reading: other stores write their files into the same folder on
+    // this thread, and their temporaries must not vanish under them.
+    removeAbandonedTemporaries(folder_);
+    removeAbandonedTemporaries(imagesFolder());
     auto history = std::make_shared<History>();
     auto work = [history, folder = folder_, now = clock_.now()] {
         *history = readHistory(folder, now);
@@ -113,8 +117,6 @@ ClipboardStore::History ClipboardStore::readHistory(const std::filesystem::path&
                                                     WallTime now)
 {
     History history;
-    removeAbandonedTemporaries(folder);
-    removeAbandonedTemporaries(folder / "ClipboardImages");
     const std::filesystem::path file = folder / "clipboard.plist";
     const FileRead read = readRegularFile(file, maxHistoryFileBytes);
     if (read.status == FileRead::Status::missing)
