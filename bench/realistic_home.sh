@@ -76,27 +76,14 @@ realistic_services() {
     desktop_start_sound && desktop_start_notifications && desktop_start_screensaver &&
         desktop_start_system_bus || return 1
     desktop_start_mock upower upower org.freedesktop.UPower &&
-        realistic_upower AddDischargingBattery BAT0 "Laptop Battery" 60.0 7200 &&
-        realistic_upower AddAC AC Charger || return 1
-    desktop_start_mock bluez bluez5 org.bluez && realistic_bluez AddAdapter hci0 computer &&
-        realistic_bluez AddDevice hci0 "$REALISTIC_HEADSET" "Travel Headset" &&
-        realistic_bluez PairDevice hci0 "$REALISTIC_HEADSET" 2360324 || return 1
+        mock_upower AddDischargingBattery BAT0 "Laptop Battery" 60.0 7200 &&
+        mock_upower AddAC AC Charger || return 1
+    desktop_start_mock bluez bluez5 org.bluez && mock_bluez AddAdapter hci0 computer &&
+        mock_bluez AddDevice hci0 "$REALISTIC_HEADSET" "Travel Headset" &&
+        mock_bluez PairDevice hci0 "$REALISTIC_HEADSET" 2360324 || return 1
     desktop_start_udisks &&
-        gdbus call --system --dest org.freedesktop.UDisks2 --object-path /org/freedesktop/UDisks2 \
-            --method io.navro.test.UDisks2.AddStick stick PHOTOS 16000000000 Kingston DataTraveler \
-            >/dev/null || return 1
+        mock_udisks AddStick stick PHOTOS 16000000000 Kingston DataTraveler || return 1
     [ "${1:-playing}" = none ] || realistic_player "$DESKTOP_DIR/music" "${1:-playing}" "${2:-4}"
-}
-
-# realistic_upower METHOD ARGUMENT..., realistic_bluez METHOD ARGUMENT...: the stand-ins' own
-# methods for adding devices.
-realistic_upower() {
-    gdbus call --system --dest org.freedesktop.UPower --object-path /org/freedesktop/UPower \
-        --method "org.freedesktop.DBus.Mock.$1" "${@:2}" >/dev/null
-}
-realistic_bluez() {
-    gdbus call --system --dest org.bluez --object-path /org/bluez \
-        --method "org.bluez.Mock.$1" "${@:2}" >/dev/null
 }
 
 realistic_cover_colour() {

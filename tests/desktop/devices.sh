@@ -12,18 +12,6 @@ source "$here/lib.sh"
 desktop_test_begin "$1" "$2" devices
 desktop_start_system_bus || exit 1
 
-upower() {
-    gdbus call --system --dest org.freedesktop.UPower --object-path /org/freedesktop/UPower \
-        --method "org.freedesktop.DBus.Mock.$1" "${@:2}" >/dev/null
-}
-bluez() {
-    gdbus call --system --dest org.bluez --object-path /org/bluez \
-        --method "org.bluez.Mock.$1" "${@:2}" >/dev/null
-}
-udisks() {
-    gdbus call --system --dest org.freedesktop.UDisks2 --object-path /org/freedesktop/UDisks2 \
-        --method "io.navro.test.UDisks2.$1" "${@:2}" >/dev/null
-}
 title_is() {
     navro_field_is activityTitle "$1"
 }
@@ -38,19 +26,19 @@ udisks_saw() {
 desktop_start_mock upower upower org.freedesktop.UPower || finish
 battery=/org/freedesktop/UPower/devices/mock_BAT
 charger=/org/freedesktop/UPower/devices/mock_AC
-upower AddDischargingBattery mock_BAT "Mock Battery" 25.0 7200
-upower AddAC mock_AC "Mock AC"
-upower SetDeviceProperties "$charger" "{'Online': <false>}"
+mock_upower AddDischargingBattery mock_BAT "Mock Battery" 25.0 7200
+mock_upower AddAC mock_AC "Mock AC"
+mock_upower SetDeviceProperties "$charger" "{'Online': <false>}"
 desktop_start_mock bluez bluez5 org.bluez || finish
-bluez AddAdapter hci0 computer
-bluez AddDevice hci0 11:22:33:44:55:66 "Travel Headset"
-bluez PairDevice hci0 11:22:33:44:55:66 2360324
+mock_bluez AddAdapter hci0 computer
+mock_bluez AddDevice hci0 11:22:33:44:55:66 "Travel Headset"
+mock_bluez PairDevice hci0 11:22:33:44:55:66 2360324
 headset=/org/bluez/hci0/dev_11_22_33_44_55_66
 gdbus call --system --dest org.bluez --object-path "$headset" \
     --method org.freedesktop.DBus.Mock.AddProperties org.bluez.Battery1 "{'Percentage': <byte 80>}" \
     >/dev/null
 desktop_start_udisks || finish
-udisks AddStick stick "PHOTOS" 16000000000 Kingston DataTraveler
+mock_udisks AddStick stick "PHOTOS" 16000000000 Kingston DataTraveler
 
 mkdir -p "$HOME/Downloads" "$XDG_CONFIG_HOME"
 echo "XDG_DOWNLOAD_DIR=\"\$HOME/Downloads\"" >"$XDG_CONFIG_HOME/user-dirs.dirs"
@@ -68,26 +56,26 @@ check "the screen is listed" devices_has "d['displays'][0]['width'] == 1920"
 check "what was there at start is no notice" stays 1 eval '! kind_is toast'
 
 # The battery falls through 20 %: one notice.
-upower SetDeviceProperties "$battery" "{'Percentage': <19.0>}"
+mock_upower SetDeviceProperties "$battery" "{'Percentage': <19.0>}"
 check "falling through 20 % is told" wait_until 5 "Battery low" title_is "Battery low"
 screenshot "$SHOTS/battery-low.png"
 check "the notice goes after some 3 s" wait_until 6 "no toast" eval '! kind_is toast'
-upower SetDeviceProperties "$battery" "{'Percentage': <18.0>}"
+mock_upower SetDeviceProperties "$battery" "{'Percentage': <18.0>}"
 check "and only once" stays 1 eval '! kind_is toast'
 
 # The charger is plugged in.
-upower SetDeviceProperties "$charger" "{'Online': <true>}"
+mock_upower SetDeviceProperties "$charger" "{'Online': <true>}"
 check "the charger is told" wait_until 5 "Charger connected" title_is "Charger connected"
 check "and on the bus" wait_until 5 "on charger" devices_has "d['onCharger']"
 
 # The headset connects.
-bluez ConnectDevice hci0 11:22:33:44:55:66
+mock_bluez ConnectDevice hci0 11:22:33:44:55:66
 check "the headset's connection is told" wait_until 5 "Bluetooth device connected" \
     title_is "Bluetooth device connected"
 check "the headset is connected on the bus" devices_has "d['bluetooth'][0]['connected']"
 
 # The stick is mounted.
-udisks Mount stick "$DESKTOP_DIR"
+mock_udisks Mount stick "$DESKTOP_DIR"
 check "the mounted drive is told" wait_until 5 "Drive mounted" title_is "Drive mounted"
 check "its free room is known" wait_until 5 "mounted with room" \
     devices_has "d['drives'][0]['mounted'] and d['drives'][0]['free'] > 0"
@@ -161,7 +149,7 @@ busy_notice_shown() {
 navro_call OpenTab devices
 check "the devices tab opens" wait_until 5 "the devices tab" navro_field_is selectedTab devices
 settled_screenshot "$SHOTS/devices-tab.png"
-udisks SetBusy true
+mock_udisks SetBusy true
 # The drive's row is the last, cut by the tab's lower edge; its button shows enough to press.
 y=$(eject_y)
 check "the Eject button is found" test -n "$y"
@@ -172,7 +160,7 @@ check "and is not powered off" stays 1 eval '! udisks_saw PowerOff'
 y=$(eject_y)
 check "the refusal shows beside the Eject button, in sight" \
     busy_notice_shown $((SCREEN_MIDDLE - 100)) $((button_column - 60)) "$y" drive-busy.png
-udisks SetBusy false
+mock_udisks SetBusy false
 xdotool mousemove "$((button_column - 4))" "${y:-0}" click 1
 check "Eject unmounts and powers the drive off" wait_until 5 "PowerOff" udisks_saw PowerOff
 check "the ejected drive is told" wait_until 5 "Drive ejected" title_is "Drive ejected"
@@ -196,8 +184,8 @@ fi
 
 # In Arabic, mirrored: the refusal beside the Eject button, now at the tab's leading edge.
 desktop_stop "$NAVRO_PID"
-udisks AddStick backup "BACKUP" 32000000000 SanDisk Extreme
-udisks Mount backup "$DESKTOP_DIR"
+mock_udisks AddStick backup "BACKUP" 32000000000 SanDisk Extreme
+mock_udisks Mount backup "$DESKTOP_DIR"
 navro_settings hasCompletedOnboarding=true language=arabic
 navro_start "$NAVRO" navro-arabic || finish
 navro_call OpenTab devices
@@ -205,7 +193,7 @@ check "Arabic: the devices tab opens" wait_until 5 "the devices tab" navro_field
 check "Arabic: the drive is listed" wait_until 5 "the drive" devices_has "d['drives'][0]['name'] == 'BACKUP'"
 settled_screenshot "$SHOTS/devices-tab-arabic.png"
 button_column=$((SCREEN_MIDDLE - 308))
-udisks SetBusy true
+mock_udisks SetBusy true
 # Arabic's taller lines put the drive below the edge: the wheel over the tab brings it up, as a
 # user scrolls to it.
 xdotool mousemove "$SCREEN_MIDDLE" 160 click --repeat 3 --delay 50 5

@@ -712,6 +712,21 @@ desktop_start_udisks() {
     wait_until 10 "the UDisks2 stand-in" grep -q ready "$DESKTOP_DIR/logs/udisks2.log"
 }
 
+# mock_upower METHOD ARGUMENT..., mock_bluez ..., mock_udisks ...: the stand-ins' own methods
+# (adding a battery, pairing a headset, mounting a stick) on the system bus.
+mock_upower() {
+    gdbus call --system --dest org.freedesktop.UPower --object-path /org/freedesktop/UPower \
+        --method "org.freedesktop.DBus.Mock.$1" "${@:2}" >/dev/null
+}
+mock_bluez() {
+    gdbus call --system --dest org.bluez --object-path /org/bluez \
+        --method "org.bluez.Mock.$1" "${@:2}" >/dev/null
+}
+mock_udisks() {
+    gdbus call --system --dest org.freedesktop.UDisks2 --object-path /org/freedesktop/UDisks2 \
+        --method "io.navro.test.UDisks2.$1" "${@:2}" >/dev/null
+}
+
 # devices_has PYTHON_EXPRESSION: true when the expression holds of `d`, Navro's Devices property
 # read over the bus, and of `s`, its State.
 devices_has() {
