@@ -1,6 +1,6 @@
 #include "data/ClipboardHistoryFile.h"
 
-#include "data/Utf8.h"
+#include "app/Utf8.h"
 
 #include <algorithm>
 #include <limits>

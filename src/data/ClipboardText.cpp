@@ -1,6 +1,6 @@
 #include "data/ClipboardText.h"
 
-#include "data/Utf8.h"
+#include "app/Utf8.h"
 
 namespace navro {
 namespace {

@@ -1,7 +1,7 @@
 #include "data/ShelfFile.h"
 
 #include "data/ClipboardItem.h"
-#include "data/Utf8.h"
+#include "app/Utf8.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>

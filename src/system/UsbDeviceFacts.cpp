@@ -1,5 +1,7 @@
 #include "system/UsbDeviceFacts.h"
 
+#include "app/Utf8.h"
+
 #include <algorithm>
 #include <array>
 #include <cstdio>
@@ -124,47 +126,6 @@ bool startsWithIgnoringCase(std::string_view text, std::string_view prefix)
     });
 }
 
-// Decodes one UTF-8 character at `at`; none for an invalid, overlong or surrogate sequence (the
-// caller then takes one byte as invalid).
-std::optional<char32_t> decodeAt(std::string_view text, std::size_t at, std::size_t& length)
-{
-    const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
-    const unsigned char lead = byte(at);
-    if (lead < 0x80) {
-        length = 1;
-        return lead;
-    }
-    std::size_t extra = 0;
-    char32_t value = 0;
-    char32_t smallest = 0;
-    if ((lead & 0xE0) == 0xC0) {
-        extra = 1;
-        value = lead & 0x1F;
-        smallest = 0x80;
-    } else if ((lead & 0xF0) == 0xE0) {
-        extra = 2;
-        value = lead & 0x0F;
-        smallest = 0x800;
-    } else if ((lead & 0xF8) == 0xF0) {
-        extra = 3;
-        value = lead & 0x07;
-        smallest = 0x10000;
-    } else {
-        return std::nullopt;
-    }
-    if (at + extra >= text.size())
-        return std::nullopt;
-    for (std::size_t i = 1; i <= extra; ++i) {
-        if ((byte(at + i) & 0xC0) != 0x80)
-            return std::nullopt;
-        value = (value << 6) | (byte(at + i) & 0x3F);
-    }
-    if (value < smallest || value > 0x10FFFF || (value >= 0xD800 && value <= 0xDFFF))
-        return std::nullopt;
-    length = extra + 1;
-    return value;
-}
-
 void appendUtf8(std::string& out, char32_t c)
 {
     if (c < 0x80) {
@@ -262,10 +223,10 @@ std::string cleanDeviceText(std::string_view text, std::size_t maxCharacters)
     std::size_t characters = 0;
     bool pendingSpace = false;
     for (std::size_t at = 0; at < text.size();) {
-        std::size_t length = 1;
-        const auto decoded = decodeAt(text, at, length);
-        at += length;
-        const char32_t c = decoded.value_or(U'\uFFFD');
+        // A byte that does not start well-formed UTF-8 stands for itself, as U+FFFD.
+        const auto decoded = decodeUtf8At(text, at);
+        at += decoded ? decoded->length : 1;
+        const char32_t c = decoded ? decoded->codePoint : U'\uFFFD';
         if (turnsDirection(c))
             continue;
         if (c == ' ' || isControl(c)) {

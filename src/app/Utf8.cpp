@@ -1,4 +1,4 @@
-#include "data/Utf8.h"
+#include "app/Utf8.h"
 
 namespace navro {
 
