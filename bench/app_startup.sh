@@ -71,14 +71,7 @@ stop "$bare_pid"
 
 # The home's checks open the music, notes and shelf tabs and copy once.
 realistic_check "$DESKTOP_DIR/shots" || exit 1
-for tab in home nowPlaying calendar timer notes clipboard capture shelf devices; do
-    navro_call OpenTab "$tab" &&
-        wait_until 5 "the $tab tab" navro_field_is selectedTab "$tab" || exit 1
-    sleep 0.5
-done
-navro_call Close
-wait_until 5 "the notch closed" navro_field_is status closed || exit 1
-sleep 2
+open_every_tab || exit 1
 echo "resident memory after opening every tab once: $(($(rss_kib "$NAVRO_PID") / 1024)) MiB ($(rss_kib "$NAVRO_PID") KiB)"
 
 # Idle from here on: after a rest longer than Qt keeps an idle pool thread (30 s), so that the

@@ -54,3 +54,17 @@ measure_cpu() {
     awk -v t="$(cpu_used "$before" "$(cpu_snapshot "$3")")" -v s="$2" -v what="$1" 'BEGIN {
         printf "%s over %d s: %.3f s of CPU time (%.3f %% of one core)\n", what, s, t / 1e9, 100 * t / 1e9 / s }'
 }
+
+# open_every_tab [LOG]: opens each tab in turn, then closes the notch; with LOG, writes there
+# how much the resident memory grew with each.
+open_every_tab() {
+    local before
+    for tab in home nowPlaying calendar timer notes clipboard capture shelf devices; do
+        [ -z "${1:-}" ] || before=$(rss_kib "$NAVRO_PID")
+        navro_call OpenTab "$tab" && wait_until 5 "the $tab tab" navro_field_is selectedTab "$tab" ||
+            return 1
+        sleep 0.5
+        [ -z "${1:-}" ] || echo "$tab $(($(rss_kib "$NAVRO_PID") - before))" >>"$1"
+    done
+    navro_call Close && wait_until 5 "the notch closed" navro_field_is status closed && sleep 2
+}

@@ -31,7 +31,7 @@ smaps_groups() {
         /^Rss:/ {
             g = "other libraries and files"
             if (path == "[heap]") g = "heap (malloc)"
-            else if (path == "" || path ~ /^\[anon/) g = "other anonymous (malloc arenas, JS heap, stacks)"
+            else if (path == "" || path ~ /^\[anon|^\/memfd:/) g = "other anonymous (malloc arenas, JS heap, stacks)"
             else if (path ~ /^\[/) g = "stack and kernel pages"
             else if (path ~ /libQt6(Quick|Qml|QmlModels|QuickShapes|QuickControls|QuickTemplates|QuickLayouts|LabsQmlModels)/) g = "Qt Quick and QML libraries and plug-ins"
             else if (path ~ /qml\/|\/libqtquick|\/libqml|QtQuick|QtQml/) g = "Qt Quick and QML libraries and plug-ins"
@@ -43,20 +43,6 @@ smaps_groups() {
             kib[g] += $2
         }
         END { for (g in kib) printf "%s\t%d\n", g, kib[g] }' "/proc/$1/smaps" | sort -t$'\t' -k2 -nr
-}
-
-# open_every_tab [LOG]: opens each tab in turn, then closes the notch; with LOG, writes there
-# how much the resident memory grew with each.
-open_every_tab() {
-    local before
-    for tab in home nowPlaying calendar timer notes clipboard capture shelf devices; do
-        [ -z "${1:-}" ] || before=$(rss_kib "$NAVRO_PID")
-        navro_call OpenTab "$tab" && wait_until 5 "the $tab tab" navro_field_is selectedTab "$tab" ||
-            return 1
-        sleep 0.5
-        [ -z "${1:-}" ] || echo "$tab $(($(rss_kib "$NAVRO_PID") - before))" >>"$1"
-    done
-    navro_call Close && wait_until 5 "the notch closed" navro_field_is status closed && sleep 2
 }
 
 table() {

@@ -41,8 +41,6 @@ class CalendarService : public QObject {
     Q_PROPERTY(QVariantList sources READ sourceList NOTIFY sourcesChanged)
 
 public:
-    using BackgroundRunner = navro::BackgroundRunner;
-
     struct Folders {
         std::filesystem::path cache;    // the last good copies of links
         std::filesystem::path dataHome; // where Evolution keeps its calendars
