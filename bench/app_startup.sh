@@ -4,9 +4,10 @@
 #   - the time from exec to the closed notch's first frame on screen, for a bare Qt Quick window
 #     of the closed notch's size (bench/BareNotchWindow.cpp) and for Navro, started alternately:
 #     one warm-up start each, then RUNS (7) each; both medians and their ratio;
-#   - the resident memory of both 10 s after start, and Navro's after every tab was opened once;
+#   - the resident memory of both 10 s after start, and Navro's after every tab was opened once,
+#     as the notch closes and again at rest, once it has let the open notch's views go;
 #   - Navro's processor use over IDLE_SECONDS with the notch closed and nothing changing, from
-#     35 s after the tabs closed.
+#     then on.
 # Navro runs with every service fed (bench/realistic_home.sh: a home after months of use, the
 # sound server, notifications, the screen saver, battery, headset and drive stand-ins on a system
 # bus, a paused player with covers); the figures after the first frames come from one more start
@@ -74,8 +75,10 @@ realistic_check "$DESKTOP_DIR/shots" || exit 1
 open_every_tab || exit 1
 echo "resident memory after opening every tab once: $(($(rss_kib "$NAVRO_PID") / 1024)) MiB ($(rss_kib "$NAVRO_PID") KiB)"
 
-# Idle from here on: after a rest longer than Qt keeps an idle pool thread (30 s), so that the
-# workers of the tabs' loading do not end inside the measurement.
-sleep 35
+# At rest from here on: after the notch has stayed closed long enough to let its open views go
+# (two minutes), and longer than Qt keeps an idle pool thread (30 s), so that the workers of the
+# tabs' loading do not end inside the idle measurement.
+sleep 125
+echo "resident memory at rest, 125 s after the notch closed: $(($(rss_kib "$NAVRO_PID") / 1024)) MiB ($(rss_kib "$NAVRO_PID") KiB)"
 measure_cpu "idle processor use, notch closed" "$idle_seconds" "$NAVRO_PID"
 stop "$NAVRO_PID"

@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # bench/memory_map.sh [BUILD_DIR]: where Navro's resident memory goes, with the home and the
 # desktop's services of bench/realistic_home.sh (a paused player with covers).
-#   1. Navro as it runs, 10 s after start and again after every tab was opened once: its resident
-#      memory from /proc/PID/smaps in groups (the heap, other anonymous memory, Qt's libraries by
+#   1. Navro as it runs, 10 s after start, after every tab was opened once, and at rest two minutes
+#      later, when the closed notch has let its open views go: its resident memory from
+#      /proc/PID/smaps in groups (the heap, other anonymous memory, Qt's libraries by
 #      module, ICU, fonts, the rest of the libraries, Navro's own program), beside the bare Qt
 #      Quick window of bench/BareNotchWindow.cpp, the floor.
 #   2. Navro under heaptrack, through the same steps and stopped by SIGKILL, so that "leaked"
@@ -46,13 +47,14 @@ smaps_groups() {
 }
 
 table() {
-    printf '  %-52s %9s %9s %9s\n' "" "floor" "at 10 s" "all tabs"
+    printf '  %-52s %9s %9s %9s %9s\n' "" "floor" "at 10 s" "all tabs" "at rest"
     join -t$'\t' -a1 -a2 -e0 -o 0,1.2,2.2 <(sort "$1") <(sort "$2") |
         join -t$'\t' -a1 -a2 -e0 -o 0,1.2,1.3,2.2 - <(sort "$3") |
+        join -t$'\t' -a1 -a2 -e0 -o 0,1.2,1.3,1.4,2.2 - <(sort "$4") |
         sort -t$'\t' -k4 -nr |
-        awk -F'\t' '{ printf "  %-52s %8.1fM %8.1fM %8.1fM\n", $1, $2 / 1024, $3 / 1024, $4 / 1024
-                      f += $2; a += $3; b += $4 }
-                    END { printf "  %-52s %8.1fM %8.1fM %8.1fM\n", "total", f / 1024, a / 1024, b / 1024 }'
+        awk -F'\t' '{ printf "  %-52s %8.1fM %8.1fM %8.1fM %8.1fM\n", $1, $2 / 1024, $3 / 1024, $4 / 1024, $5 / 1024
+                      f += $2; a += $3; b += $4; r += $5 }
+                    END { printf "  %-52s %8.1fM %8.1fM %8.1fM %8.1fM\n", "total", f / 1024, a / 1024, b / 1024, r / 1024 }'
 }
 
 work="$DESKTOP_DIR/memory"
@@ -71,8 +73,10 @@ rss_checked=$(($(rss_kib "$NAVRO_PID") - rss_checked))
 open_every_tab "$work/each-tab" || exit 1
 smaps_groups "$NAVRO_PID" >"$work/tabs"
 cp "/proc/$NAVRO_PID/smaps" "$work/smaps-tabs"
+sleep 125
+smaps_groups "$NAVRO_PID" >"$work/rest"
 echo "resident memory by group (smaps Rss):"
-table "$work/floor" "$work/start" "$work/tabs"
+table "$work/floor" "$work/start" "$work/tabs" "$work/rest"
 echo
 echo "resident memory growth as the tabs open (the first opening loads the open notch's views):"
 echo "  the home's checks (the music, notes and shelf tabs, one copy)  $((rss_checked / 1024)).$((rss_checked % 1024 * 10 / 1024))M"

@@ -6,6 +6,7 @@
 #include "app/BackgroundQueue.h"
 #include "app/DesktopNotifier.h"
 #include "app/FileAccess.h"
+#include "app/FreeHeap.h"
 #include "app/HotKey.h"
 #include "app/IconImageProvider.h"
 #include "app/IniSettingsStore.h"
@@ -79,6 +80,7 @@
 #include <QScreen>
 #include <QStandardPaths>
 #include <QSvgRenderer>
+#include <QTimer>
 
 namespace navro {
 namespace {
@@ -190,6 +192,11 @@ void AppDelegate::start()
     notchModel_ = std::make_unique<NotchViewModel>(clock_, *settings_);
     notchModel_->mirror(*activityCenter_);
     connect(notchModel_.get(), &NotchViewModel::statusChanged, this, &AppDelegate::noteNotchOpened);
+    connect(notchModel_.get(), &NotchViewModel::openViewWantedChanged, this, [this] {
+        // On the next turn: the views are deleted once the loader that held them has let go.
+        if (!notchModel_->openViewWanted())
+            QTimer::singleShot(0, this, &AppDelegate::returnOpenViewMemory);
+    });
     buildApplicationServices();
 
     setUpEngine();
@@ -502,6 +509,15 @@ void AppDelegate::startTransfers()
                 activityCenter_->showToast(std::move(toast), 3);
             });
     transfers_->start();
+}
+
+// What the open notch's views leave behind once they are gone: their JavaScript garbage, the
+// compiled types nothing else uses, and the free pages of the heap.
+void AppDelegate::returnOpenViewMemory()
+{
+    engine_->collectGarbage();
+    engine_->trimComponentCache();
+    returnFreeHeapToSystem();
 }
 
 void AppDelegate::noteNotchOpened()

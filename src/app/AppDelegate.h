@@ -148,6 +148,7 @@ private:
     void startDevices();
     void publishDisplays(QScreen* leaving = nullptr);
     void noteNotchOpened();
+    void returnOpenViewMemory();
     void buildApplicationServices();
     void startApplicationServices();
     void countUsage();

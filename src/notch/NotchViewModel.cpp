@@ -49,7 +49,7 @@ QVariantMap tabInfo(NotchTab tab)
 
 NotchViewModel::NotchViewModel(Clock& clock, const AppSettings& settings, QObject* parent)
     : QObject(parent), settings_(settings), openTask_(clock.makeSlot()),
-      closeTask_(clock.makeSlot())
+      closeTask_(clock.makeSlot()), openViewRelease_(clock.makeSlot())
 {
 }
 
@@ -87,6 +87,11 @@ void NotchViewModel::setHovering(bool hovering)
         return;
     isHovering_ = hovering;
     emit isHoveringChanged();
+    // The pointer resting on the notch starts building the open view while the hover delay runs.
+    if (hovering)
+        wantOpenView();
+    else
+        planOpenViewRelease();
 }
 
 void NotchViewModel::setDropTargeted(bool targeted)
@@ -188,6 +193,7 @@ void NotchViewModel::open(bool byHover, bool focus)
 {
     if (isOpen())
         return;
+    wantOpenView();
     openedByHover_ = byHover;
     // The flag cleared here is isHovering, not isDropTargeted. isHovering is the closed notch's
     // "pointer resting on it" feedback; once open it has served its purpose, and the window
@@ -228,6 +234,26 @@ void NotchViewModel::close()
     emit statusChanged();
     if (onStatusChange)
         onStatusChange(NotchStatus::closed, false);
+    planOpenViewRelease();
+}
+
+void NotchViewModel::wantOpenView()
+{
+    openViewRelease_->cancel();
+    if (openViewWanted_)
+        return;
+    openViewWanted_ = true;
+    emit openViewWantedChanged();
+}
+
+void NotchViewModel::planOpenViewRelease()
+{
+    if (!openViewWanted_ || isOpen() || isHovering_)
+        return;
+    openViewRelease_->schedule(openViewRest, [this] {
+        openViewWanted_ = false;
+        emit openViewWantedChanged();
+    });
 }
 
 void NotchViewModel::openSettings()

@@ -56,12 +56,17 @@ class NotchViewModel : public QObject {
     // The selected tab as {id, titleEnglish, titleArabic, symbol}; it may be one the tab bar
     // does not show.
     Q_PROPERTY(QVariantMap selectedTabInfo READ selectedTabInfo NOTIFY selectedTabChanged)
+    // Whether the open notch's views should exist: from the first hover or opening until the notch
+    // has rested closed for openViewRest. Building them again takes a few milliseconds; what they
+    // hold is several mebibytes.
+    Q_PROPERTY(bool openViewWanted READ openViewWanted NOTIFY openViewWantedChanged)
 
 public:
     // How far the region that counts as "over the notch" reaches beyond the drawn notch, left,
     // right and below.
     static constexpr int hotZoneMargin = 20;
     static constexpr Duration closeDelay = std::chrono::milliseconds(250);
+    static constexpr Duration openViewRest = std::chrono::minutes(2);
 
     NotchViewModel(Clock& clock, const AppSettings& settings, QObject* parent = nullptr);
     ~NotchViewModel() override;
@@ -84,6 +89,7 @@ public:
     bool isHovering() const { return isHovering_; }
     void setHovering(bool hovering);
     bool isDropTargeted() const { return isDropTargeted_; }
+    bool openViewWanted() const { return openViewWanted_; }
     void setDropTargeted(bool targeted);
 
     const std::optional<ClosedActivity>& activity() const { return activity_; }
@@ -139,9 +145,12 @@ signals:
     void themeWaveChanged();
     void geometryChanged();
     void closedSizeChanged();
+    void openViewWantedChanged();
 
 private:
     bool pointerIsInHotZone() const;
+    void wantOpenView();
+    void planOpenViewRelease();
 
     const AppSettings& settings_;
     NotchStatus status_ = NotchStatus::closed;
@@ -157,6 +166,8 @@ private:
     BoundedSetting hoverDelay_{hoverDelayRange};
     std::unique_ptr<TaskSlot> openTask_;
     std::unique_ptr<TaskSlot> closeTask_;
+    bool openViewWanted_ = false;
+    std::unique_ptr<TaskSlot> openViewRelease_;
     QMetaObject::Connection mirrorConnection_;
 };
 

@@ -24,12 +24,6 @@ Item {
     // position is not known yet, and the first placement must not slide in from the corner.
     property bool animates: false
     Component.onCompleted: Qt.callLater(() => root.animates = true)
-    property bool openViewWanted: false
-    onIsOpenChanged: if (isOpen) openViewWanted = true
-    Connections {
-        target: notch
-        function onIsHoveringChanged() { if (notch.isHovering) root.openViewWanted = true }
-    }
 
     NotchShape {
         id: notchShape
@@ -99,10 +93,10 @@ Item {
             Behavior on opacity { NumberAnimation { duration: Theme.fadeDuration } }
         }
 
-        // The open notch is built the first time it is wanted, not before the closed notch is on
-        // screen: named by its file, its views and the controls they use load with it. The
-        // pointer resting on the notch starts building it while the hover delay runs; opening
-        // finishes the build at once.
+        // The open notch is built when it is wanted, not before the closed notch is on screen,
+        // and let go after a rest: named by its file, its views and the controls they use load
+        // with it. The pointer resting on the notch starts building it while the hover delay
+        // runs; opening finishes the build at once.
         Loader {
             id: openView
             objectName: "openNotchLoader"
@@ -111,7 +105,7 @@ Item {
             // Narrower on a small screen: the tabs and their content reflow.
             width: notch.openRect.width
             height: notch.openRect.height
-            active: root.openViewWanted
+            active: notch.openViewWanted
             asynchronous: !root.isOpen
             source: "OpenNotchView.qml"
             focus: true

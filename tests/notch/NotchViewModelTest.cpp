@@ -113,6 +113,48 @@ TEST_F(NotchViewModelTest, OpeningClearsTheHoverFeedbackButKeepsTheDropTarget)
     EXPECT_TRUE(model.isDropTargeted());
 }
 
+// The open view exists from the first hover or opening until the notch has rested closed, with
+// no pointer on it, for a whole openViewRest.
+TEST_F(NotchViewModelTest, TheOpenViewIsLetGoOnlyAfterAFullRestClosed)
+{
+    int changes = 0;
+    QObject::connect(&model, &NotchViewModel::openViewWantedChanged, [&] { ++changes; });
+    EXPECT_FALSE(model.openViewWanted());
+    clock.advance(NotchViewModel::openViewRest * 2);
+    EXPECT_FALSE(model.openViewWanted()) << "never wanted, never built";
+
+    // A hover that does not open still builds it, and the rest starts when the pointer leaves.
+    model.setHovering(true);
+    EXPECT_TRUE(model.openViewWanted());
+    clock.advance(NotchViewModel::openViewRest * 2);
+    EXPECT_TRUE(model.openViewWanted()) << "the pointer is still on the notch";
+    model.setHovering(false);
+    clock.advance(NotchViewModel::openViewRest - 1s);
+    model.setHovering(true); // back in time: the rest starts again
+    model.setHovering(false);
+    clock.advance(NotchViewModel::openViewRest - 1s);
+    EXPECT_TRUE(model.openViewWanted());
+    clock.advance(1s);
+    EXPECT_FALSE(model.openViewWanted());
+    EXPECT_EQ(changes, 2);
+
+    // Open for long, then closed: let go a rest after closing, not after opening.
+    model.open(false, true);
+    EXPECT_TRUE(model.openViewWanted());
+    clock.advance(NotchViewModel::openViewRest * 3);
+    EXPECT_TRUE(model.openViewWanted());
+    model.close();
+    clock.advance(NotchViewModel::openViewRest - 1s);
+    model.open(true, false); // reopened within the rest: nothing was rebuilt
+    model.close();
+    clock.advance(NotchViewModel::openViewRest - 1s);
+    EXPECT_TRUE(model.openViewWanted());
+    EXPECT_EQ(changes, 3);
+    clock.advance(1s);
+    EXPECT_FALSE(model.openViewWanted());
+    EXPECT_EQ(changes, 4);
+}
+
 TEST_F(NotchViewModelTest, ThePrayerTabIsNeverInTheTabBar)
 {
     const auto tabs = visibleTabs();
