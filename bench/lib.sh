@@ -35,14 +35,21 @@ cpu_snapshot() {
     done | awk 'NF == 3'
     echo "process 0 $(cpu_ticks "$1")"
 }
-# cpu_used BEFORE AFTER: the nanoseconds used between two snapshots: the threads alive at both
-# to the nanosecond, the ones that started or ended in between in ticks.
+# cpu_used BEFORE AFTER: the nanoseconds used between two snapshots, to the nanosecond for the
+# threads alive at the end (those that started in between from zero); the time of threads that
+# ended in between is known only in ticks, from the process's total, and counted only then: the
+# process's ticks and its threads' are rounded apart, and would otherwise add a tick of noise.
 cpu_used() {
     awk -v tick=$((1000000000 / ticks)) '
         NR == FNR { ns[$1] = $2; tk[$1] = $3; next }
         $1 == "process" { process = $3 - tk["process"]; next }
-        $1 in ns { exact += $2 - ns[$1]; counted += $3 - tk[$1] }
-        END { printf "%d\n", exact + (process - counted) * tick }' <(echo "$1") <(echo "$2")
+        $1 in ns { exact += $2 - ns[$1]; counted += $3 - tk[$1]; seen[$1] = 1; next }
+        { exact += $2; counted += $3 }
+        END {
+            for (tid in ns) if (tid != "process" && !(tid in seen)) ended = 1
+            rest = ended ? (process - counted) * tick : 0
+            printf "%d\n", exact + (rest > 0 ? rest : 0)
+        }' <(echo "$1") <(echo "$2")
 }
 rss_kib() { awk '/^VmRSS:/ { print $2 }' "/proc/$1/status"; }
 
