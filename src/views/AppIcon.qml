@@ -9,6 +9,7 @@ Item {
     Accessible.ignored: true
 
     Image {
+        cache: false
         anchors.fill: parent
         sourceSize: Qt.size(icon.size * 2, icon.size * 2)
         source: "qrc:/views/navro.svg"

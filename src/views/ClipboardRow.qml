@@ -88,6 +88,7 @@ Item {
             size: 16
         }
         Image {
+            cache: false
             id: thumbnail
             anchors.fill: parent
             visible: status === Image.Ready

@@ -257,6 +257,7 @@ Item {
                 color: Theme.notchControl
                 clip: true
                 Image {
+                    cache: false
                     id: artwork
                     anchors.fill: parent
                     source: typeof nowPlaying !== "undefined" && nowPlaying.artworkUrl

@@ -34,6 +34,7 @@ Item {
         height: 48
         opacity: tile.file.exists ? 1 : 0.4
         Image {
+            cache: false
             id: themeIcon
             anchors.fill: parent
             visible: thumbnail.status !== Image.Ready
@@ -42,6 +43,7 @@ Item {
             asynchronous: true
         }
         Image {
+            cache: false
             id: thumbnail
             anchors.fill: parent
             visible: status === Image.Ready

@@ -14,6 +14,9 @@ Item {
     implicitHeight: size
 
     Image {
+        // Not kept once unused: Qt Quick's cache of unused images wakes the program every
+        // 30 s until it has emptied. Every image of the views is loaded this way.
+        cache: false
         anchors.fill: parent
         sourceSize: Qt.size(icon.size * 2, icon.size * 2)
         source: Icons.source(icon.symbol, icon.color)

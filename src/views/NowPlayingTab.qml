@@ -123,6 +123,7 @@ FocusScope {
                 color: Theme.notchControl
                 clip: true
                 Image {
+                    cache: false
                     id: artwork
                     anchors.fill: parent
                     source: nowPlaying.artworkUrl
@@ -371,6 +372,7 @@ FocusScope {
                 anchors { left: parent.left; leftMargin: 6; verticalCenter: parent.verticalCenter }
                 spacing: 6
                 Image {
+                    cache: false
                     anchors.verticalCenter: parent.verticalCenter
                     width: 16
                     height: 16
