@@ -89,8 +89,8 @@ public:
     bool isHovering() const { return isHovering_; }
     void setHovering(bool hovering);
     bool isDropTargeted() const { return isDropTargeted_; }
-    bool openViewWanted() const { return openViewWanted_; }
     void setDropTargeted(bool targeted);
+    bool openViewWanted() const { return openViewWanted_; }
 
     const std::optional<ClosedActivity>& activity() const { return activity_; }
     void setActivity(std::optional<ClosedActivity> activity);

@@ -88,8 +88,8 @@ Item {
             size: 16
         }
         Image {
-            cache: false
             id: thumbnail
+            cache: false
             anchors.fill: parent
             visible: status === Image.Ready
             source: row.isImage && row.imageFile !== "" ? "image://clipboard/" + row.imageFile : ""

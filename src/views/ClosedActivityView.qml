@@ -257,8 +257,8 @@ Item {
                 color: Theme.notchControl
                 clip: true
                 Image {
-                    cache: false
                     id: artwork
+                    cache: false
                     anchors.fill: parent
                     source: typeof nowPlaying !== "undefined" && nowPlaying.artworkUrl
                             ? nowPlaying.artworkUrl : ""

@@ -34,8 +34,8 @@ Item {
         height: 48
         opacity: tile.file.exists ? 1 : 0.4
         Image {
-            cache: false
             id: themeIcon
+            cache: false
             anchors.fill: parent
             visible: thumbnail.status !== Image.Ready
             source: "image://themeicon/" + tile.file.icon + "/" + tile.file.genericIcon
@@ -43,8 +43,8 @@ Item {
             asynchronous: true
         }
         Image {
-            cache: false
             id: thumbnail
+            cache: false
             anchors.fill: parent
             visible: status === Image.Ready
             source: tile.file.isImage && tile.file.exists ? tile.file.url : ""

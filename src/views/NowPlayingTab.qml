@@ -123,8 +123,8 @@ FocusScope {
                 color: Theme.notchControl
                 clip: true
                 Image {
-                    cache: false
                     id: artwork
+                    cache: false
                     anchors.fill: parent
                     source: nowPlaying.artworkUrl
                     sourceSize: Qt.size(2 * width, 2 * height)
