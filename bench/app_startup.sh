@@ -78,7 +78,7 @@ echo "resident memory after opening every tab once: $(($(rss_kib "$NAVRO_PID") /
 # At rest from here on: after the notch has stayed closed long enough to let its open views go
 # (two minutes), and longer than Qt keeps an idle pool thread (30 s), so that the workers of the
 # tabs' loading do not end inside the idle measurement.
-sleep 125
-echo "resident memory at rest, 125 s after the notch closed: $(($(rss_kib "$NAVRO_PID") / 1024)) MiB ($(rss_kib "$NAVRO_PID") KiB)"
+sleep "$at_rest_seconds"
+echo "resident memory at rest, $at_rest_seconds s after the notch closed: $(($(rss_kib "$NAVRO_PID") / 1024)) MiB ($(rss_kib "$NAVRO_PID") KiB)"
 measure_cpu "idle processor use, notch closed" "$idle_seconds" "$NAVRO_PID"
 stop "$NAVRO_PID"

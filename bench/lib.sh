@@ -51,6 +51,10 @@ cpu_used() {
             printf "%d\n", exact + (rest > 0 ? rest : 0)
         }' <(echo "$1") <(echo "$2")
 }
+# How long the closed notch must rest before it has let its open views go (NotchViewModel's
+# openViewRest, two minutes), with a margin for the release itself; readings "at rest" wait this.
+at_rest_seconds=125
+
 rss_kib() { awk '/^VmRSS:/ { print $2 }' "/proc/$1/status"; }
 
 # measure_cpu WHAT SECONDS PID: the processor use of PID over the next SECONDS seconds, as a line.

@@ -73,7 +73,7 @@ rss_checked=$(($(rss_kib "$NAVRO_PID") - rss_checked))
 open_every_tab "$work/each-tab" || exit 1
 smaps_groups "$NAVRO_PID" >"$work/tabs"
 cp "/proc/$NAVRO_PID/smaps" "$work/smaps-tabs"
-sleep 125
+sleep "$at_rest_seconds"
 smaps_groups "$NAVRO_PID" >"$work/rest"
 echo "resident memory by group (smaps Rss):"
 table "$work/floor" "$work/start" "$work/tabs" "$work/rest"

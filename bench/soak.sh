@@ -20,7 +20,8 @@
 # not taken in, a stimulus went unanswered, a reminder did not come, a property read back wrong
 # or Navro did not exit cleanly; figures over their target are reported, not failed. SOAK_NAVRO
 # runs another program in Navro's place (a wrapper that sets its environment), SOAK_REST sets the
-# rest before each reading (125 s), and the run's folder stays when DESKTOP_KEEP is set.
+# rest before each reading (at_rest_seconds of bench/lib.sh), and the run's folder stays when
+# DESKTOP_KEEP is set.
 set -uo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 build=$(cd "${1:-$root/build}" && pwd)
@@ -124,7 +125,7 @@ helper_of() { ps --ppid "$1" -o pid=,comm= | awk '$2 ~ /^navro-nowplay/ { print 
 # Figures are read at rest: after the closed notch has let its open views go (two minutes), which
 # puts both readings in the same state, and longer than Qt keeps an idle pool thread (30 s), so
 # that the workers of the last few seconds' work are not counted as growth.
-settle() { sleep "${SOAK_REST:-125}"; }
+settle() { sleep "${SOAK_REST:-$at_rest_seconds}"; }
 
 driver() { /usr/bin/python3 "$root/bench/soak_driver.py" "$@"; }
 reminders_shown() {
