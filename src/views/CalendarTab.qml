@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Controls
 import QtQuick.Layouts
 
 // The Calendar tab: today's and tomorrow's events under their day (time, title, calendar colour,
@@ -191,32 +190,21 @@ FocusScope {
                 font.pixelSize: Theme.captionSize
                 horizontalAlignment: Text.AlignLeft
             }
-            DayOfWeekRow {
+            WeekdayRow {
                 Layout.fillWidth: true
                 locale: tab.locale
-                delegate: Text {
-                    text: shortName
-                    color: Theme.notchSecondaryText
-                    font.family: Theme.fontFamily
-                    font.pixelSize: Theme.captionSize
-                    horizontalAlignment: Text.AlignHCenter
-                    required property string shortName
-                }
             }
-            MonthGrid {
+            MonthDays {
                 id: grid
                 Layout.fillWidth: true
                 Layout.fillHeight: true
-                month: tab.today.getMonth()
-                year: tab.today.getFullYear()
+                today: tab.today
                 locale: tab.locale
-                spacing: 0
                 delegate: Item {
-                    required property int day
-                    required property int month
-                    required property bool today
-                    readonly property bool isToday: today
-                    implicitHeight: 18
+                    required property var modelData
+                    readonly property int day: modelData.day
+                    readonly property int month: modelData.month
+                    readonly property bool isToday: modelData.today
                     Rectangle {
                         anchors.centerIn: parent
                         width: 20

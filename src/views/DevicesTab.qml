@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Controls
 
 // The Devices tab: one section per kind of device, in a column that scrolls when they outgrow
 // the notch; a section without devices is not shown. Batteries as bars with their percentage,
@@ -17,9 +16,9 @@ Flickable {
     clip: true
     contentHeight: sections.height
     boundsBehavior: Flickable.StopAtBounds
-    ScrollBar.vertical: NavroScrollBar {
+    NotchScrollBar {
         id: scrollBar
-        inNotch: true
+        flickable: tab
     }
 
     // The drive and refusal last brought into sight: a list that changes for another reason

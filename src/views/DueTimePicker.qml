@@ -1,11 +1,10 @@
 import QtQuick
-import QtQuick.Controls
 import QtQuick.Layouts
 
 // A date on a month's grid and a time of day (24-hour), confirmed with Set or dismissed with
 // Cancel. From the keyboard: arrows move the day (Page Up/Down the month) while the grid has the
 // focus, Up/Down change the hour and minute in their fields, Enter sets, Escape cancels.
-Popup {
+NotchPopup {
     id: picker
     readonly property bool arabic: settings.isArabic
     property int year: 2000
@@ -13,8 +12,9 @@ Popup {
     property int day: 1
     signal picked(var moment)
 
-    // Opens on the fields of `moment`, or of the next whole hour when it is not a date.
-    function openAt(moment) {
+    // Opens over the top of `origin` on the fields of `moment`, or of the next whole hour when it
+    // is not a date.
+    function openOn(moment, origin) {
         var fields = notes.wallClock(moment);
         year = fields.year;
         month = fields.month;
@@ -23,7 +23,7 @@ Popup {
         minute.value = fields.minute;
         hour.showValue();
         minute.showValue();
-        open();
+        openAt(origin, undefined, 0);
     }
 
     function moveDays(count) {
@@ -47,10 +47,7 @@ Popup {
         picked(moment);
     }
 
-    modal: false
-    focus: true
     padding: 10
-    closePolicy: Popup.CloseOnEscape | Popup.CloseOnPressOutside
     onOpened: grid.forceActiveFocus()
 
     background: Rectangle {
@@ -93,24 +90,16 @@ Popup {
                     onClicked: picker.moveMonths(1)
                 }
             }
-            DayOfWeekRow {
+            WeekdayRow {
                 Layout.fillWidth: true
                 locale: grid.locale
-                delegate: Text {
-                    required property string shortName
-                    text: shortName
-                    horizontalAlignment: Text.AlignHCenter
-                    color: Theme.notchSecondaryText
-                    font.family: Theme.fontFamily
-                    font.pixelSize: Theme.captionSize - 1
-                }
+                pixelSize: Theme.captionSize - 1
             }
-            MonthGrid {
+            MonthDays {
                 id: grid
                 objectName: "dueDayGrid"
                 Layout.preferredWidth: 7 * 24
                 Layout.preferredHeight: 6 * 17
-                spacing: 0
                 year: picker.year
                 month: picker.month - 1
                 locale: Qt.locale(picker.arabic ? "ar" : "en")
@@ -134,10 +123,11 @@ Popup {
                     picker.day = date.getDate();
                 }
                 delegate: Rectangle {
-                    required property int day
-                    required property int month
-                    required property int year
-                    required property bool today
+                    required property var modelData
+                    readonly property int day: modelData.day
+                    readonly property int month: modelData.month
+                    readonly property int year: modelData.year
+                    readonly property bool today: modelData.today
                     readonly property bool chosen: day === picker.day && month === picker.month - 1
                                                    && year === picker.year
                     radius: height / 2

@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Controls
 import QtQuick.Layouts
 
 // The Home tab, the day at a glance: the date in both calendars, the next prayer with its

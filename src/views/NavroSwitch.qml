@@ -1,28 +1,24 @@
 import QtQuick
-import QtQuick.Controls
 
-// An on/off switch in the windows' theme; Space, Return and Enter flip it from the keyboard.
-Switch {
+// An on/off switch in the windows' theme; a click, Space, Return and Enter flip it. The page acts
+// on `toggled`, when `checked` already holds the new state; a binding on `checked` stays.
+Pressable {
     id: control
-    padding: 0
     implicitWidth: 40
     implicitHeight: 24
-    text: ""
-    property alias inNotch: ring.inNotch
+    focusRadius: height / 2
+    signal toggled()
 
-    // Toggled, as a click would: the page acts on onToggled.
-    function flip() {
+    onClicked: {
         toggle();
         toggled();
     }
-    Keys.onReturnPressed: flip()
-    Keys.onEnterPressed: flip()
 
-    indicator: Rectangle {
-        implicitWidth: 40
-        implicitHeight: 24
-        x: control.mirrored ? 0 : control.width - width
-        y: (control.height - height) / 2
+    Accessible.role: Accessible.CheckBox
+    Accessible.checkable: true
+    Accessible.checked: checked
+
+    background: Rectangle {
         radius: height / 2
         color: control.checked ? Theme.accent : Theme.buttonBackground
         border.color: control.checked ? Theme.accent : Theme.controlOutline
@@ -40,11 +36,5 @@ Switch {
             border.color: Theme.knobBorder
             Behavior on x { NumberAnimation { duration: Theme.fadeDuration; easing.type: Easing.OutCubic } }
         }
-    }
-    contentItem: Item {}
-
-    FocusRing {
-        id: ring
-        cornerRadius: control.height / 2
     }
 }

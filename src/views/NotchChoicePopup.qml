@@ -1,9 +1,8 @@
 import QtQuick
-import QtQuick.Controls
 
 // A small menu on the black notch: a list of choices, one of them perhaps ticked. Up and Down move,
 // Enter or Space chooses, Escape dismisses. entries: [{title, value, checked, destructive}].
-Popup {
+NotchPopup {
     id: popup
     property var entries: []
     property int currentIndex: 0
@@ -21,9 +20,6 @@ Popup {
     }
 
     padding: 4
-    focus: true
-    closePolicy: Popup.CloseOnEscape | Popup.CloseOnPressOutside
-    implicitWidth: menuWidth + leftPadding + rightPadding
 
     onOpened: {
         currentIndex = 0;

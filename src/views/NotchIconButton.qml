@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Controls
 
 // A round symbol button on the black notch.
 Pressable {
@@ -30,20 +29,9 @@ Pressable {
 
     HoverHandler { cursorShape: Qt.PointingHandCursor }
 
-    ToolTip {
-        visible: (button.hovered || button.visualFocus) && button.toolTip !== ""
-        delay: 600
+    NotchToolTip {
+        target: button
+        wanted: button.hovered || button.visualFocus
         text: button.toolTip
-        contentItem: Text {
-            text: button.toolTip
-            color: Theme.notchText
-            font.family: Theme.fontFamily
-            font.pixelSize: Theme.smallSize
-        }
-        background: Rectangle {
-            radius: Theme.controlRadius
-            color: Theme.notchControl
-            border.color: Theme.notchDivider
-        }
     }
 }

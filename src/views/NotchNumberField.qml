@@ -1,9 +1,9 @@
 import QtQuick
-import QtQuick.Controls
+import QtQuick.Layouts
 
 // A two-digit number on the notch (an hour, a minute): typed, or stepped with Up and Down, which
 // wrap around at the ends.
-TextField {
+NotchTextField {
     id: field
     property int value: 0
     property int from: 0
@@ -21,16 +21,13 @@ TextField {
         text = Format.twoDigits(value);
     }
 
-    implicitWidth: 38
-    implicitHeight: 26
+    width: 38
+    height: 26
+    Layout.preferredWidth: width
+    Layout.preferredHeight: height
     maximumLength: 2
     horizontalAlignment: Text.AlignHCenter
     inputMethodHints: Qt.ImhDigitsOnly
-    selectByMouse: true
-    color: Theme.notchText
-    selectionColor: Theme.notchAccentFill
-    selectedTextColor: Theme.textOnAccent
-    font.family: Theme.fontFamily
     font.pixelSize: Theme.bodySize
     padding: 2
 

@@ -1,15 +1,16 @@
 import QtQuick
-import QtQuick.Controls
 
 // A pill-shaped button on the black notch, with an optional symbol before its text. Tab reaches
 // it, Space or Enter presses it, and a ring shows where the keyboard is.
-Button {
+Pressable {
     id: control
     property string symbol: ""
     // Filled with the accent: the main action, or the chosen one of a group.
     property bool primary: false
     // The symbol in a colour of its own (a priority's flag), else in the text's.
     property color symbolColor: label.color
+    // Shown when the pointer rests on the button, for one that says little or nothing itself.
+    property string toolTip: ""
 
     implicitHeight: 30
     // A symbol alone makes a round button.
@@ -19,8 +20,8 @@ Button {
     font.pixelSize: Theme.smallSize + 1
     font.weight: primary ? Font.DemiBold : Font.Normal
 
-    Keys.onReturnPressed: clicked()
-    Keys.onEnterPressed: clicked()
+    inNotch: true
+    focusRadius: height / 2
 
     contentItem: Item {
         implicitWidth: content.implicitWidth
@@ -56,10 +57,12 @@ Button {
         opacity: control.enabled ? 1 : 0.5
     }
 
-    FocusRing {
-        inNotch: true
-        cornerRadius: control.height / 2
+    Loader {
+        active: control.toolTip !== ""
+        sourceComponent: NotchToolTip {
+            target: control
+            wanted: control.hovered
+            text: control.toolTip
+        }
     }
-
-    Accessible.name: text
 }

@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Controls
 import QtQuick.Layouts
 
 // The Notes tab: a field that adds to-dos (with a priority and a deadline chosen beforehand), the
@@ -49,10 +48,7 @@ Item {
             entries.push({ title: choices[i].title, value: choices[i].value,
                            checked: choices[i].value === current });
         priorityMenu.entries = entries;
-        priorityMenu.parent = anchor;
-        priorityMenu.x = 0;
-        priorityMenu.y = anchor.height + 2;
-        priorityMenu.open();
+        priorityMenu.openAt(anchor, 0, anchor.height + 2);
     }
 
     function openDueMenu(target, currentDue, anchor) {
@@ -67,10 +63,7 @@ Item {
             entries.push({ title: arabic ? "إزالة الموعد" : "Remove deadline",
                            value: { kind: "remove" }, destructive: true });
         dueMenu.entries = entries;
-        dueMenu.parent = anchor;
-        dueMenu.x = 0;
-        dueMenu.y = anchor.height + 2;
-        dueMenu.open();
+        dueMenu.openAt(anchor, 0, anchor.height + 2);
     }
 
     function applyPriority(priority) {
@@ -120,17 +113,12 @@ Item {
             Layout.fillWidth: true
             spacing: 6
 
-            TextField {
+            NotchTextField {
                 id: addField
                 objectName: "addTodoField"
                 Layout.fillWidth: true
-                implicitHeight: 28
+                Layout.preferredHeight: 28
                 placeholderText: tab.arabic ? "أضف مهمة" : "Add a to-do"
-                placeholderTextColor: Theme.notchSecondaryText
-                color: Theme.notchText
-                selectionColor: Theme.notchAccentFill
-                selectedTextColor: Theme.textOnAccent
-                font.family: Theme.fontFamily
                 font.pixelSize: Theme.bodySize
                 leftPadding: 10
                 rightPadding: 10
@@ -160,9 +148,7 @@ Item {
                 symbolColor: tab.priorityColor(tab.newPriority)
                 text: tab.newPriority > 0 ? notes.priorityTitle(tab.newPriority, tab.arabic) : ""
                 Accessible.name: tab.arabic ? "الأولوية" : "Priority"
-                ToolTip.text: Accessible.name
-                ToolTip.visible: hovered
-                ToolTip.delay: 600
+                toolTip: Accessible.name
                 onClicked: tab.openPriorityMenu("", tab.newPriority, newPriorityButton)
             }
 
@@ -172,9 +158,7 @@ Item {
                 symbol: "clock"
                 text: tab.newDue ? notes.deadlineLabel(tab.newDue, tab.arabic) : ""
                 Accessible.name: tab.arabic ? "الموعد" : "Deadline"
-                ToolTip.text: Accessible.name
-                ToolTip.visible: hovered
-                ToolTip.delay: 600
+                toolTip: Accessible.name
                 onClicked: tab.openDueMenu("", tab.newDue, newDueButton)
             }
 
@@ -218,7 +202,7 @@ Item {
             keyNavigationEnabled: true
             highlightFollowsCurrentItem: false
             boundsBehavior: Flickable.StopAtBounds
-            ScrollBar.vertical: NavroScrollBar { inNotch: true }
+            NotchScrollBar { flickable: list }
 
             delegate: TodoRow {
                 onPriorityMenuRequested: (anchor) => tab.openPriorityMenu(todoId, priority, anchor)
@@ -269,35 +253,14 @@ Item {
             }
         }
 
-        ScrollView {
+        NotchTextArea {
+            objectName: "scratchNote"
             Layout.fillWidth: true
             Layout.preferredHeight: 40
-            background: Rectangle {
-                radius: Theme.controlRadius + 2
-                color: Theme.notchControl
-                border.color: noteArea.activeFocus ? Theme.notchAccent : "transparent"
-            }
-
-            TextArea {
-                id: noteArea
-                objectName: "scratchNote"
-                placeholderText: tab.arabic ? "ملاحظة سريعة" : "Scratch note"
-                placeholderTextColor: Theme.notchSecondaryText
-                color: Theme.notchText
-                selectionColor: Theme.notchAccentFill
-                selectedTextColor: Theme.textOnAccent
-                font.family: Theme.fontFamily
-                font.pixelSize: Theme.smallSize + 1
-                wrapMode: TextEdit.Wrap
-                horizontalAlignment: Text.AlignLeft
-                background: null
-                Component.onCompleted: text = notes.note
-                onTextChanged: notes.note = text
-                // Tab leaves the note like any other field instead of typing a tab.
-                Keys.onTabPressed: nextItemInFocusChain(true).forceActiveFocus()
-                Keys.onBacktabPressed: nextItemInFocusChain(false).forceActiveFocus()
-                Accessible.name: placeholderText
-            }
+            placeholderText: tab.arabic ? "ملاحظة سريعة" : "Scratch note"
+            font.pixelSize: Theme.smallSize + 1
+            Component.onCompleted: text = notes.note
+            onTextChanged: notes.note = text
         }
     }
 
@@ -315,7 +278,7 @@ Item {
         margins: 4
         onChosen: (value) => {
             if (value.kind === "pick")
-                picker.openAt(value.due ? value.due : new Date(NaN));
+                picker.openOn(value.due ? value.due : new Date(NaN), tab);
             else
                 tab.applyDue(value.kind === "preset" ? value.due : null);
         }
@@ -325,10 +288,6 @@ Item {
     DueTimePicker {
         id: picker
         objectName: "duePicker"
-        parent: tab
-        x: Math.max(0, (tab.width - width) / 2)
-        y: 0
-        margins: 0
         onPicked: (moment) => tab.applyDue(moment)
         onClosed: tab.returnFocus()
     }

@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Controls
 import QtQuick.Layouts
 
 // The Timer tab: the length and the kind of session while none runs; the ring, the time left
@@ -85,17 +84,16 @@ Item {
                     }
                 }
             }
-            TextField {
+            NotchTextField {
                 id: custom
                 objectName: "customMinutes"
-                implicitWidth: 74
-                implicitHeight: 30
+                Layout.preferredWidth: 74
+                Layout.preferredHeight: 30
                 placeholderText: tab.arabic ? "مخصص" : "Custom"
-                placeholderTextColor: Theme.notchSecondaryText
                 text: tab.customChosen ? tab.number(tab.minutes) : ""
-                color: Theme.notchText
-                font.family: Theme.fontFamily
                 font.pixelSize: Theme.smallSize + 1
+                leftPadding: 8
+                rightPadding: 8
                 horizontalAlignment: Text.AlignHCenter
                 inputMethodHints: Qt.ImhFormattedNumbersOnly
                 validator: RegularExpressionValidator {

@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Controls
 import QtQuick.Layouts
 
 // One to-do in the Notes tab's list: its done box, priority flag, text (edited in place),
@@ -112,16 +111,12 @@ Item {
             horizontalAlignment: Text.AlignLeft
         }
 
-        TextField {
+        NotchTextField {
             id: editor
             objectName: "todoEditor"
             Layout.fillWidth: true
             Layout.preferredHeight: Theme.notchRowHeight - 4
             visible: row.editing
-            color: Theme.notchText
-            selectionColor: Theme.notchAccentFill
-            selectedTextColor: Theme.textOnAccent
-            font.family: Theme.fontFamily
             font.pixelSize: Theme.bodySize - 1
             padding: 2
             leftPadding: 6

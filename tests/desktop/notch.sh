@@ -74,4 +74,14 @@ desktop_stop "$monitor"
 navro_call Close
 check "Close over the bus closes" wait_until 5 "status closed" navro_field_is status closed
 
+# The open notch is built from plain Qt Quick items: a library of controls would stay in memory
+# for good once a single view pulled it in.
+controls_unloaded() { ! grep -q libQt6QuickTemplates2 "/proc/$NAVRO_PID/maps"; }
+for tab in home nowPlaying calendar timer notes clipboard capture shelf devices; do
+    navro_call OpenTab "$tab"
+    wait_until 5 "the $tab tab" navro_field_is selectedTab "$tab"
+done
+check "every tab opened without a library of controls loaded" controls_unloaded
+navro_call Close
+
 finish
