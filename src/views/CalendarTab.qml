@@ -167,7 +167,9 @@ FocusScope {
 
         // --- The month --------------------------------------------------------------------------
         ColumnLayout {
+            // Its own width; the day's events take the rest of the row.
             Layout.preferredWidth: 236
+            Layout.fillWidth: false
             Layout.fillHeight: true
             spacing: 2
 

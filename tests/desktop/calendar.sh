@@ -40,6 +40,17 @@ check "NextMeeting carries its title" meeting_field_is title "Design review"
 check "and its join link" meeting_field_is joinLink "https://meet.google.com/abc-defg-hij"
 check "and its start" meeting_field_is start "$(date -u -d "@$((now + 300))" +%Y-%m-%dT%H:%M:%SZ)"
 
+# The calendar tab: the month keeps its narrow column at the trailing side and the day's events
+# have the rest. Below the one event, only the month's last week is drawn in that band.
+navro_call OpenTab calendar
+wait_until 5 "the calendar tab" navro_field_is selectedTab calendar
+settled_screenshot "$SHOTS/calendar-tab.png"
+last_week=$(column_profile "$SHOTS/calendar-tab.png" $((SCREEN_MIDDLE - 320)) 226 640 14)
+last_week=${last_week%%1*}
+check "the month keeps its own column (drawn from column ${#last_week} of 640)" \
+    [ "${#last_week}" -gt 300 ]
+navro_call Close
+
 meeting_file "Moved review" $((now + 240))
 check "a change of the file on disk reaches Navro" \
     wait_until 10 "the new title" meeting_field_is title "Moved review"
