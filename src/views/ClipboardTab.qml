@@ -44,6 +44,9 @@ FocusScope {
     // Each opening starts over: all entries, the cursor in the search field.
     function reset() {
         search.text = ""
+        // The search lives in the history's model, which outlives this view: a search typed
+        // before the tab was left would otherwise go on filtering behind an empty field.
+        clipboardHistory.query = ""
         confirmingClear = false
         list.currentIndex = 0
         list.positionViewAtBeginning()

@@ -138,6 +138,20 @@ xdotool type --delay 30 "delete me"
 xdotool key Down Delete
 check "Delete removes the current entry" \
     wait_until 5 "the entry gone" not_recorded "delete me please"
+
+navro_call Close
+
+# A search left behind on another tab does not filter the list when the tab comes back.
+copy_text "the newest copy"
+wait_until 5 "the newest copy" history_top text "the newest copy"
+open_tab
+xdotool type --delay 30 "example.com"
+navro_call OpenTab notes
+wait_until 5 "the notes tab" navro_field_is selectedTab notes
+open_tab
+xdotool key Return
+check "back on the tab, Enter copies the newest entry, not the old search's match" \
+    wait_until 5 "the paste" pasted_is "the newest copy"
 navro_call Close
 
 refusal=$(gdbus call --session --dest io.navro.Navro --object-path /io/navro/Navro \
