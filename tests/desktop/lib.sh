@@ -318,10 +318,11 @@ check() {
 }
 
 # views_loaded: no view of Navro's failed to load (a type it names missing, a file that does not
-# compile); the rest of the window would still show and hide the loss.
+# compile) or fought itself (a binding loop, a value its property refuses); the rest of the window
+# would still show and hide the loss.
 views_loaded() {
     ! cat "$DESKTOP_DIR"/logs/navro*.log 2>/dev/null |
-        grep -E 'qrc:/Navro/.*(unavailable|is not a type|is not installed|failed to load|non-existent property)'
+        grep -E 'qrc:/Navro/.*(unavailable|is not a type|is not installed|failed to load|non-existent property|Binding loop detected|Invalid property assignment|Cannot assign)'
 }
 
 # finish: prints the summary, Navro's log on failure, and exits with the verdict.
