@@ -8,7 +8,8 @@
 #      Quick window of bench/BareNotchWindow.cpp, the floor.
 #   2. Navro under heaptrack, through the same steps and stopped by SIGKILL, so that "leaked"
 #      means "held at that moment": the heap it held, by who allocated it (the first of Navro's
-#      services or stores on the allocation's stack, else the library doing the work).
+#      services or stores on the allocation's stack, else the library doing the work). Stopped
+#      after every tab was opened, or with HEAP_AT=rest at rest.
 # heaptrack inflates the process, so the two runs are separate; the heap's split comes from the
 # second, the sizes from the first.
 set -uo pipefail
@@ -97,6 +98,11 @@ NAVRO_LOG="$DESKTOP_DIR/logs/navro-heaptrack.log"
 wait_until 120 "Navro under heaptrack on the bus" navro_field_is panelVisible true || exit 1
 sleep 10
 open_every_tab || exit 1
+heap_when="after every tab was opened"
+if [ "${HEAP_AT:-tabs}" = rest ]; then
+    sleep "$at_rest_seconds"
+    heap_when="at rest"
+fi
 # SIGKILL: what is not freed is what Navro held at this moment.
 pkill -KILL -x navro
 desktop_wait_exit "$heaptrack_pid" 120 || { echo "memory_map: heaptrack did not finish" >&2; exit 1; }
@@ -105,5 +111,5 @@ heaptrack_print -f "$data" --print-peaks 0 --print-allocators 0 --print-temporar
     --print-leaks 0 --flamegraph-cost-type leaked -F "$work/held.stacks" >/dev/null 2>&1
 [ -s "$work/held.stacks" ] || { echo "memory_map: heaptrack gave no stacks" >&2; exit 1; }
 echo
-echo "heap held after every tab was opened, by who allocated it (heaptrack):"
+echo "heap held $heap_when, by who allocated it (heaptrack):"
 /usr/bin/python3 "$root/bench/heap_owners.py" "$work/held.stacks"
