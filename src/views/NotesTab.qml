@@ -96,6 +96,7 @@ Item {
     onVisibleChanged: updateWatching()
     Component.onCompleted: {
         updateWatching();
+        addField.text = Drafts.todo;
         addField.forceActiveFocus();
     }
     Component.onDestruction: if (watching) notes.stopWatchingList()
@@ -119,6 +120,7 @@ Item {
                 Layout.fillWidth: true
                 Layout.preferredHeight: 28
                 placeholderText: tab.arabic ? "أضف مهمة" : "Add a to-do"
+                onTextChanged: Drafts.todo = text
                 font.pixelSize: Theme.bodySize
                 leftPadding: 10
                 rightPadding: 10

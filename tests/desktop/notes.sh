@@ -49,7 +49,13 @@ xdotool mousemove $((SCREEN_MIDDLE - 344 + 22 + 4 * tab_width + tab_width / 2)) 
 check "the Notes tab is selected" wait_until 5 "the notes tab" navro_field_is selectedTab notes
 wait_until 5 "keyboard focus in the notch" navro_has_focus
 
-xdotool type --delay 30 "Typed in the tab"
+# What is typed stays in the field while another tab is looked at.
+xdotool type --delay 30 "Typed in"
+navro_call OpenTab timer
+wait_until 5 "the timer tab" navro_field_is selectedTab timer
+navro_call OpenTab notes
+wait_until 5 "the notes tab again" navro_field_is selectedTab notes
+xdotool type --delay 30 " the tab"
 xdotool key Return
 check "a to-do typed into the tab is written at once" \
     wait_until 5 "notes.json to hold it" grep -q '"text":"Typed in the tab"' "$notes"

@@ -1,0 +1,10 @@
+pragma Singleton
+import QtQuick
+
+// What the user has typed into the open notch and not yet used. The open notch's views come and
+// go (a tab's view with each tab switch, all of them after a rest closed); what is kept here
+// lives as long as the application.
+QtObject {
+    // The "Add a to-do" field of the Notes tab.
+    property string todo: ""
+}
