@@ -57,6 +57,27 @@ at_rest_seconds=125
 
 rss_kib() { awk '/^VmRSS:/ { print $2 }' "/proc/$1/status"; }
 
+# smaps_groups PID: resident KiB per group, one "group KiB" line each, largest first.
+smaps_groups() {
+    awk '
+        /^[0-9a-f]+-[0-9a-f]+ / { path = (NF >= 6) ? $6 : "" ; next }
+        /^Rss:/ {
+            g = "other libraries and files"
+            if (path == "[heap]") g = "heap (malloc)"
+            else if (path == "" || path ~ /^\[anon|^\/memfd:/) g = "other anonymous (malloc arenas, JS heap, stacks)"
+            else if (path ~ /^\[/) g = "stack and kernel pages"
+            else if (path ~ /libQt6(Quick|Qml|QmlModels|QuickShapes|QuickControls|QuickTemplates|QuickLayouts|LabsQmlModels)/) g = "Qt Quick and QML libraries and plug-ins"
+            else if (path ~ /qml\/|\/libqtquick|\/libqml|QtQuick|QtQml/) g = "Qt Quick and QML libraries and plug-ins"
+            else if (path ~ /libQt6Widgets/) g = "Qt Widgets (tray menu)"
+            else if (path ~ /libQt6(Gui|Core|DBus|XcbQpa|OpenGL|Network)|\/platforms\/|\/imageformats\//) g = "Qt Core, Gui, D-Bus, X11 platform"
+            else if (path ~ /libicu/) g = "ICU (calendars, numbers, bidi)"
+            else if (path ~ /\.(ttf|otf|ttc|pcf)(\.gz)?$|fontconfig|libfreetype|libharfbuzz/) g = "fonts and their libraries"
+            else if (path ~ /\/navro$|\/navro-nowplaying$/) g = "Navro'"'"'s own program"
+            kib[g] += $2
+        }
+        END { for (g in kib) printf "%s\t%d\n", g, kib[g] }' "/proc/$1/smaps" | sort -t$'\t' -k2 -nr
+}
+
 # measure_cpu WHAT SECONDS PID: the processor use of PID over the next SECONDS seconds, as a line.
 measure_cpu() {
     local before

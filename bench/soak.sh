@@ -142,6 +142,7 @@ wait_until "$(until_minute "$warm_reminder")" "the first reminder" \
 settle
 read -r rss_warm fds_warm threads_warm < <(process_figures "$NAVRO_PID")
 process_inventory "$NAVRO_PID" >"$DESKTOP_DIR/inventory-warm-up"
+smaps_groups "$NAVRO_PID" | sort >"$DESKTOP_DIR/memory-warm-up"
 helper=$(helper_of "$NAVRO_PID")
 helper_warm=$(rss_kib "$helper" 2>/dev/null)
 
@@ -153,6 +154,7 @@ echo "reminders shown: $shown of $reminders"
 settle
 read -r rss_end fds_end threads_end < <(process_figures "$NAVRO_PID")
 process_inventory "$NAVRO_PID" >"$DESKTOP_DIR/inventory-end"
+smaps_groups "$NAVRO_PID" | sort >"$DESKTOP_DIR/memory-end"
 helper_end=$(rss_kib "$helper" 2>/dev/null)
 
 driver check
@@ -165,6 +167,9 @@ printf '%-16s %12d %6d %8d\n' "after warm-up" "$rss_warm" "$fds_warm" "$threads_
 printf '%-16s %12d %6d %8d\n' "at the end" "$rss_end" "$fds_end" "$threads_end"
 printf '%-16s %+12d %+6d %+8d   (target: at most +2048, +0, +0)\n' "growth" \
     $((rss_end - rss_warm)) $((fds_end - fds_warm)) $((threads_end - threads_warm))
+echo "growth by group (smaps, KiB):"
+join -t$'\t' -a1 -a2 -e0 -o 0,1.2,2.2 "$DESKTOP_DIR/memory-warm-up" "$DESKTOP_DIR/memory-end" |
+    awk -F'\t' '$3 != $2 { printf "  %-52s %+8d\n", $1, $3 - $2 }'
 [ -n "$helper_warm" ] && [ -n "$helper_end" ] &&
     echo "navro-nowplaying VmRSS: $helper_warm KiB after warm-up, $helper_end KiB at the end"
 if ! cmp -s "$DESKTOP_DIR/inventory-warm-up" "$DESKTOP_DIR/inventory-end"; then
