@@ -1,4 +1,5 @@
 import QtQuick
+import "Backdrop.js" as Backdrop
 
 // A small panel over the notch's views, a menu or a picker. Open, it is drawn on the window's
 // content item above everything else there, kept inside the window; a press outside it (which
@@ -44,13 +45,7 @@ Item {
     visible: false
     z: 900
 
-    onBackgroundChanged: {
-        if (!background)
-            return;
-        background.parent = panel;
-        background.z = -1;
-        background.anchors.fill = panel;
-    }
+    onBackgroundChanged: Backdrop.place(background, panel)
     onContentItemChanged: {
         if (!contentItem)
             return;

@@ -1,4 +1,5 @@
 import QtQuick
+import "Backdrop.js" as Backdrop
 
 // A one-line text field on the notch: a TextInput over its `background`, with a placeholder
 // while empty. Plain Qt Quick, so that the notch's views load no controls library.
@@ -8,13 +9,7 @@ TextInput {
     property color placeholderTextColor: Theme.notchSecondaryText
     property Item background: null
 
-    onBackgroundChanged: {
-        if (!background)
-            return;
-        background.parent = field;
-        background.z = -1;
-        background.anchors.fill = field;
-    }
+    onBackgroundChanged: Backdrop.place(background, field)
 
     clip: true
     activeFocusOnTab: true

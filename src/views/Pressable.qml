@@ -1,4 +1,5 @@
 import QtQuick
+import "Backdrop.js" as Backdrop
 import Navro
 
 // The base of every control of Navro's own that acts when pressed, so that all of them work from
@@ -35,13 +36,7 @@ PressableItem {
                              (contentItem ? contentItem.implicitHeight : 0) + topPadding + bottomPadding)
     activeFocusOnTab: true
 
-    onBackgroundChanged: {
-        if (!background)
-            return;
-        background.parent = control;
-        background.z = -1;
-        background.anchors.fill = control;
-    }
+    onBackgroundChanged: Backdrop.place(background, control)
     onContentItemChanged: {
         if (!contentItem)
             return;
