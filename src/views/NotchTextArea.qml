@@ -7,7 +7,6 @@ Rectangle {
     id: area
     property alias text: editor.text
     property alias font: editor.font
-    property alias editor: editor
     property string placeholderText: ""
 
     radius: Theme.controlRadius + 2

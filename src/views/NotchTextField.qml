@@ -6,7 +6,6 @@ import "Backdrop.js" as Backdrop
 TextInput {
     id: field
     property string placeholderText: ""
-    property color placeholderTextColor: Theme.notchSecondaryText
     property Item background: null
 
     onBackgroundChanged: Backdrop.place(background, field)
@@ -28,7 +27,7 @@ TextInput {
         height: field.height - field.topPadding - field.bottomPadding
         visible: field.text === "" && field.preeditText === ""
         text: field.placeholderText
-        color: field.placeholderTextColor
+        color: Theme.notchSecondaryText
         font: field.font
         elide: Text.ElideRight
         horizontalAlignment: field.horizontalAlignment
