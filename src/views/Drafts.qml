@@ -7,4 +7,8 @@ import QtQuick
 QtObject {
     // The "Add a to-do" field of the Notes tab.
     property string todo: ""
+    // The Timer tab's choice while no session runs: a length in minutes (0 while none was chosen
+    // since the last start) and whether it is a focus session.
+    property real timerMinutes: 0
+    property bool focusSession: false
 }

@@ -10,10 +10,16 @@ Item {
     readonly property string phase: timerService.state
     readonly property var presets: [1, 5, 10, 15, 25, 45, 60, 90]
 
-    // The last length used is chosen again (the service bounds what was stored).
-    property real minutes: timerService.lastMinutes
+    // A length chosen and not yet started, else the last length used (the service bounds what
+    // was stored).
+    readonly property real minutes: Drafts.timerMinutes > 0 ? Drafts.timerMinutes
+                                                            : timerService.lastMinutes
     property bool customChosen: presets.indexOf(minutes) < 0
-    property bool focusSession: false
+
+    function choose(value, custom) {
+        tab.customChosen = custom;
+        Drafts.timerMinutes = value;
+    }
 
     function number(value) {
         var decimals = Math.round(value) === value ? 0 : 2;
@@ -51,8 +57,11 @@ Item {
     onPhaseChanged: focusMainControl()
 
     function start() {
-        if (tab.minutes > 0)
-            timerService.start(tab.minutes, tab.focusSession);
+        if (tab.minutes <= 0)
+            return;
+        timerService.start(tab.minutes, Drafts.focusSession);
+        // From now on the service's last length is this one.
+        Drafts.timerMinutes = 0;
     }
 
     // --- No session: choose and start ---------------------------------------------------------
@@ -78,10 +87,7 @@ Item {
                     text: tab.number(modelData)
                     primary: !tab.customChosen && tab.minutes === modelData
                     implicitWidth: 46
-                    onClicked: {
-                        tab.customChosen = false;
-                        tab.minutes = modelData;
-                    }
+                    onClicked: tab.choose(modelData, false)
                 }
             }
             NotchTextField {
@@ -101,20 +107,12 @@ Item {
                 }
                 onTextEdited: {
                     var value = tab.parseMinutes(text);
-                    if (value > 0) {
-                        tab.customChosen = true;
-                        tab.minutes = value;
-                    }
+                    if (value > 0)
+                        tab.choose(value, true);
                 }
                 onAccepted: tab.start()
-                Keys.onUpPressed: {
-                    tab.customChosen = true;
-                    tab.minutes = Math.min(1440, Math.floor(tab.minutes) + 1);
-                }
-                Keys.onDownPressed: {
-                    tab.customChosen = true;
-                    tab.minutes = Math.max(1, Math.ceil(tab.minutes) - 1);
-                }
+                Keys.onUpPressed: tab.choose(Math.min(1440, Math.floor(tab.minutes) + 1), true)
+                Keys.onDownPressed: tab.choose(Math.max(1, Math.ceil(tab.minutes) - 1), true)
                 background: Rectangle {
                     radius: height / 2
                     color: Theme.notchControl
@@ -131,9 +129,9 @@ Item {
             NavroSwitch {
                 id: focusSwitch
                 objectName: "focusSwitch"
-                checked: tab.focusSession
+                checked: Drafts.focusSession
                 inNotch: true
-                onToggled: tab.focusSession = checked
+                onToggled: Drafts.focusSession = checked
                 Accessible.name: focusLabel.text
             }
             ColumnLayout {

@@ -86,16 +86,39 @@ check "a focus session is announced as one" timer_field_is focus true
 check "its end runs the focus-off action" wait_until 8 "the focus-off marker" marker_count_is off 1
 check "its hold is given back" wait_until 3 "no inhibition" screensaver_active_is 0
 
+# A length typed and the focus switch flipped in the Timer tab stay chosen while another tab is
+# looked at, and the start button, which has the keyboard again on the way back, starts them.
+wait_until 12 "the timer idle after the focus session" timer_field_is state idle
+navro_call Open true
+wait_until 5 "the notch open" navro_field_is status open
+navro_call OpenTab timer
+wait_until 5 "the timer tab" navro_field_is selectedTab timer
+xdotool key --delay 80 shift+Tab space shift+Tab ctrl+a
+xdotool type --delay 50 "7"
+navro_call OpenTab calendar
+wait_until 5 "the calendar tab" navro_field_is selectedTab calendar
+navro_call OpenTab timer
+wait_until 5 "the timer tab again" navro_field_is selectedTab timer
+xdotool key Return
+check "the length chosen before the tab switch starts" wait_until 5 "a 7-minute timer" \
+    timer_field_is total 420.0
+check "as the focus session chosen before it" timer_field_is focus true
+check "which runs the focus-on action" wait_until 5 "the second focus-on marker" marker_count_is on 2
+navro_call StopTimer
+check "stopped, it runs the focus-off action" wait_until 5 "the second focus-off marker" \
+    marker_count_is off 2
+navro_call Close
+
 # Ended in the middle of a focus session, Navro switches focus off and lets the display sleep.
 navro_call StartTimer 30.0 true
 check "a long focus session holds the display awake" wait_until 3 "an inhibition" \
     screensaver_active_is 1
-check "and switched focus on" wait_until 5 "the second focus-on marker" marker_count_is on 2
+check "and switched focus on" wait_until 5 "the third focus-on marker" marker_count_is on 3
 kill -TERM "$NAVRO_PID"
 check "SIGTERM ends Navro" desktop_wait_exit "$NAVRO_PID" 10
 check "SIGTERM exit status is 0 (status ${DESKTOP_EXIT_STATUS:-none})" [ "${DESKTOP_EXIT_STATUS:-1}" = 0 ]
-check "the focus-off action ran on the way out" wait_until 5 "the second focus-off marker" \
-    marker_count_is off 2
+check "the focus-off action ran on the way out" wait_until 5 "the third focus-off marker" \
+    marker_count_is off 3
 check "the hold was given back on the way out" screensaver_active_is 0
 check "Navro did not crash" bash -c "! grep -iE 'segmentation|abort|core dumped' '$NAVRO_LOG'"
 
