@@ -23,7 +23,7 @@ NotchPopup {
         minute.value = fields.minute;
         hour.showValue();
         minute.showValue();
-        openAt(origin, undefined, 0);
+        openOver(origin);
     }
 
     function moveDays(count) {

@@ -13,22 +13,32 @@ Item {
     property real margins: 0
     property Item background: null
     property Item contentItem: null
-    // Where the panel was asked to be, on the window's content item: its top-left corner, or its
-    // top centre when `centred`.
+    // Where the panel was asked to be, on the window's content item, and which point of its top
+    // edge goes there: 0 its left corner, 0.5 its centre, 1 its right corner.
     property point spot
-    property bool centred: false
+    property real alignment: 0
     signal opened()
     signal closed()
 
-    // Shows the panel with its top-left corner at (x, y) of `origin`; with `x` left out, centred
-    // over `origin` at `y`.
-    function openAt(origin, x, y) {
+    // Shows the panel centred over the top of `origin`.
+    function openOver(origin) {
+        show(origin, origin.width / 2, 0, 0.5);
+    }
+
+    // Shows the panel `gap` below `origin`, lined up with the edge its reading starts from: the
+    // left in a left-to-right layout, the right in a mirrored one.
+    function openBelow(origin, gap) {
+        var mirrored = origin.LayoutMirroring.enabled;
+        show(origin, mirrored ? origin.width : 0, origin.height + gap, mirrored ? 1 : 0);
+    }
+
+    function show(origin, x, y, alignment) {
         var window = origin.Window.window;
         if (!window)
             return;
         parent = window.contentItem;
-        centred = x === undefined;
-        spot = origin.mapToItem(parent, centred ? origin.width / 2 : x, y);
+        popup.alignment = alignment;
+        spot = origin.mapToItem(parent, x, y);
         visible = true;
         panel.forceActiveFocus();
         opened();
@@ -65,7 +75,7 @@ Item {
     FocusScope {
         id: panel
         // Its size follows what it shows, which a positioner knows only once it has laid it out.
-        x: Math.max(popup.margins, Math.min(popup.spot.x - (popup.centred ? width / 2 : 0),
+        x: Math.max(popup.margins, Math.min(popup.spot.x - popup.alignment * width,
                                             popup.width - width - popup.margins))
         y: Math.max(popup.margins, Math.min(popup.spot.y, popup.height - height - popup.margins))
         width: (popup.contentItem ? popup.contentItem.implicitWidth : 0) + 2 * popup.padding

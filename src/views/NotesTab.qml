@@ -48,7 +48,7 @@ Item {
             entries.push({ title: choices[i].title, value: choices[i].value,
                            checked: choices[i].value === current });
         priorityMenu.entries = entries;
-        priorityMenu.openAt(anchor, 0, anchor.height + 2);
+        priorityMenu.openBelow(anchor, 2);
     }
 
     function openDueMenu(target, currentDue, anchor) {
@@ -63,7 +63,7 @@ Item {
             entries.push({ title: arabic ? "إزالة الموعد" : "Remove deadline",
                            value: { kind: "remove" }, destructive: true });
         dueMenu.entries = entries;
-        dueMenu.openAt(anchor, 0, anchor.height + 2);
+        dueMenu.openBelow(anchor, 2);
     }
 
     function applyPriority(priority) {
