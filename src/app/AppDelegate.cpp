@@ -192,10 +192,15 @@ void AppDelegate::start()
     notchModel_ = std::make_unique<NotchViewModel>(clock_, *settings_);
     notchModel_->mirror(*activityCenter_);
     connect(notchModel_.get(), &NotchViewModel::statusChanged, this, &AppDelegate::noteNotchOpened);
+    // After the next frame, which is when the scene graph nodes of the views let go of are freed;
+    // unless the views are wanted again by then.
     connect(notchModel_.get(), &NotchViewModel::openViewWantedChanged, this, [this] {
-        // On the next turn: the views are deleted once the loader that held them has let go.
-        if (!notchModel_->openViewWanted())
-            QTimer::singleShot(0, this, &AppDelegate::returnOpenViewMemory);
+        if (notchModel_->openViewWanted() || !notch_)
+            return;
+        notch_->afterNextFrame([this] {
+            if (!notchModel_->openViewWanted())
+                returnOpenViewMemory();
+        });
     });
     buildApplicationServices();
 
@@ -232,7 +237,7 @@ void AppDelegate::start()
     engine_->rootContext()->setContextProperty(QStringLiteral("app"), actions_.get());
 
     // What the closed notch does not need waits until it is on screen.
-    notch_->afterFirstFrame([self] {
+    notch_->afterNextFrame([self] {
         if (self)
             self->finishStart();
     });
@@ -512,9 +517,12 @@ void AppDelegate::startTransfers()
 }
 
 // What the open notch's views leave behind once they are gone: their JavaScript garbage, the
-// compiled types nothing else uses, and the free pages of the heap.
+// compiled types nothing else uses, and the free pages of the heap. A loader deletes the view it
+// lets go of as a later event; any such deletion still waiting is done first. Trimming a heap
+// this size takes the main thread up to 30 ms, too long to do while the notch is in use.
 void AppDelegate::returnOpenViewMemory()
 {
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     engine_->collectGarbage();
     engine_->trimComponentCache();
     returnFreeHeapToSystem();

@@ -1,5 +1,6 @@
 #include "app/AppDelegate.h"
 #include "app/CommandLine.h"
+#include "app/FreeHeap.h"
 #include "app/Log.h"
 #include "app/RemoteControl.h"
 #include "app/Startup.h"
@@ -98,6 +99,7 @@ int main(int argc, char* argv[])
 {
     if (const auto status = answerCommandLine(argc, argv))
         return *status;
+    navro::returnLargeBlocksWhenFreed();
     navro::installLogSink(&navro::JournalLogSink::forThisProcess());
     navro::reportOversizedWrites();
     settleTimeZone();

@@ -126,7 +126,7 @@ bool NotchWindowController::pointerInOpenHotZone() const
     return position && viewModel_.isOpen() && viewModel_.hotZoneRect().contains(*position);
 }
 
-void NotchWindowController::afterFirstFrame(std::function<void()> next)
+void NotchWindowController::afterNextFrame(std::function<void()> next)
 {
     if (!panel_->isVisible()) {
         QTimer::singleShot(0, this, std::move(next));

@@ -39,9 +39,9 @@ public:
     bool isVisible() const;
     // Gives the open notch keyboard focus, as when it was opened with focus.
     void takeFocus();
-    // Calls `next` once, when the closed notch's first frame is on screen, or at the next turn of
-    // the event loop when there is no notch to show.
-    void afterFirstFrame(std::function<void()> next);
+    // Calls `next` once, when the notch's next frame is on screen (at start, the closed notch's
+    // first), or at the next turn of the event loop when there is no notch to show.
+    void afterNextFrame(std::function<void()> next);
     NotchPanel* panel() const { return panel_.get(); }
 
     std::optional<QPoint> pointerPosition() const override;

@@ -110,10 +110,10 @@ TEST_F(NotchWindowControllerTest, ShowsTheFixedPanelAtTheTopCentreOfThePrimarySc
     EXPECT_EQ(model.geometry().screenWidth, screen.width());
 }
 
-TEST_F(NotchWindowControllerTest, WhatWaitsForTheFirstFrameRunsOnceAfterIt)
+TEST_F(NotchWindowControllerTest, WhatWaitsForTheNextFrameRunsOnceAfterIt)
 {
     int runs = 0;
-    controller->afterFirstFrame([&] { ++runs; });
+    controller->afterNextFrame([&] { ++runs; });
     EXPECT_EQ(runs, 0);
     // Two frames can be swapped before the event loop hears of the first.
     emit controller->panel()->frameSwapped();
@@ -130,7 +130,7 @@ TEST_F(NotchWindowControllerTest, WithoutANotchOnScreenWhatWaitsForItRunsAtTheNe
 {
     settings.setNotchEnabled(false);
     int runs = 0;
-    controller->afterFirstFrame([&] { ++runs; });
+    controller->afterNextFrame([&] { ++runs; });
     EXPECT_EQ(runs, 0);
     QCoreApplication::processEvents();
     EXPECT_EQ(runs, 1);
