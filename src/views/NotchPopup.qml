@@ -66,6 +66,9 @@ Item {
 
     MouseArea {
         anchors.fill: parent
+        // Takes the hover as well, so that nothing under an open panel shows it is hovered (a
+        // tool tip, say).
+        hoverEnabled: true
         onPressed: (mouse) => {
             mouse.accepted = false;
             popup.close();

@@ -14,7 +14,8 @@ protected:
                      " property int closings: 0;"
                      " property alias popup: popup; property alias origin: origin;"
                      " LayoutMirroring.enabled: mirrored; LayoutMirroring.childrenInherit: true;"
-                     " Pressable { y: 150; width: 300; height: 50;"
+                     " property alias under: under;"
+                     " Pressable { id: under; y: 150; width: 300; height: 50;"
                      "  onClicked: parent.pressesUnder++ }"
                      " Pressable { id: origin; x: 100; y: 10; width: 40; height: 20 }"
                      " NotchPopup { id: popup; margins: 8; onClosed: page.closings++;"
@@ -54,6 +55,20 @@ TEST_F(NotchPopupTest, OpensUnderItsButtonFromTheEdgeReadingStartsAt)
 
     origin->setX(20);
     EXPECT_EQ(openBelowOrigin(), QPointF(8, 32)) << "kept inside the window's margin";
+}
+
+// Nothing under the open panel shows the pointer's hover (nor a tool tip for it).
+TEST_F(NotchPopupTest, WhatLiesUnderTheOpenPanelIsNotHovered)
+{
+    auto* under = page->property("under").value<QQuickItem*>();
+    ASSERT_TRUE(under);
+    openBelowOrigin();
+    moveTo(QPointF(150, 170));
+    EXPECT_FALSE(under->property("hovered").toBool());
+
+    QMetaObject::invokeMethod(popup, "close");
+    moveTo(QPointF(151, 171));
+    EXPECT_TRUE(under->property("hovered").toBool()) << "hovered once the panel is closed";
 }
 
 // A press outside closes it and still reaches what lies under it; Escape closes it too.

@@ -44,6 +44,13 @@ protected:
         QCoreApplication::sendEvent(&window, &up);
     }
 
+    void moveTo(QPointF at)
+    {
+        QMouseEvent move(QEvent::MouseMove, at, window.mapToGlobal(at), Qt::NoButton, Qt::NoButton,
+                         Qt::NoModifier);
+        QCoreApplication::sendEvent(&window, &move);
+    }
+
     void showWindow(QSize size = QSize(200, 100))
     {
         window.resize(size);
