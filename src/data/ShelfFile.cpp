@@ -1,7 +1,7 @@
 #include "data/ShelfFile.h"
 
-#include "data/ClipboardItem.h"
 #include "app/Utf8.h"
+#include "data/ClipboardItem.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>

@@ -6,8 +6,8 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    const QByteArray text = QByteArray::fromRawData(reinterpret_cast<const char*>(data),
-                                                    qsizetype(size));
+    const QByteArray text =
+        QByteArray::fromRawData(reinterpret_cast<const char*>(data), qsizetype(size));
     if (auto entry = navro::parseDesktopEntry(QStringLiteral("fuzz.desktop"), text))
         (void)entry->displayName(true);
     return 0;

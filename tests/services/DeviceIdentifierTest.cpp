@@ -3,8 +3,8 @@
 #include "app/FileAccess.h"
 #include "app/Log.h"
 
-#include <cstdlib>
 #include <QTemporaryDir>
+#include <cstdlib>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <systemd/sd-id128.h>

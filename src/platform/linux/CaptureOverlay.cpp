@@ -41,8 +41,8 @@ QRect CaptureOverlay::selection() const
     // From the pressed pixel up to (not including) the released one: a drag of 200 pixels
     // chooses 200.
     const QPoint topLeft(std::min(anchor_.x(), pointer_.x()), std::min(anchor_.y(), pointer_.y()));
-    return QRect(topLeft, QSize(std::abs(pointer_.x() - anchor_.x()),
-                                std::abs(pointer_.y() - anchor_.y())));
+    return QRect(topLeft,
+                 QSize(std::abs(pointer_.x() - anchor_.x()), std::abs(pointer_.y() - anchor_.y())));
 }
 
 QRect CaptureOverlay::windowAt(const QPoint& local) const
