@@ -60,8 +60,6 @@ Item {
         if (tab.minutes <= 0)
             return;
         timerService.start(tab.minutes, Drafts.focusSession);
-        // From now on the service's last length is this one.
-        Drafts.timerMinutes = 0;
     }
 
     // --- No session: choose and start ---------------------------------------------------------

@@ -107,18 +107,39 @@ check "which runs the focus-on action" wait_until 5 "the second focus-on marker"
 navro_call StopTimer
 check "stopped, it runs the focus-off action" wait_until 5 "the second focus-off marker" \
     marker_count_is off 2
+
+# A length typed in the tab but not started gives way to a timer started from elsewhere: back in
+# the tab, the start button offers that timer's length.
+wait_until 5 "the timer idle after the stop" timer_field_is state idle
+xdotool key --delay 80 shift+Tab shift+Tab ctrl+a
+xdotool type --delay 50 "9"
+navro_call OpenTab calendar
+wait_until 5 "the calendar tab" navro_field_is selectedTab calendar
+navro_call StartTimer 2.0 false
+check "a timer started over the bus runs" wait_until 5 "a 2-minute timer" timer_field_is total 120.0
+navro_call StopTimer
+wait_until 5 "the timer idle after the bus's timer" timer_field_is state idle
+navro_call OpenTab timer
+wait_until 5 "the timer tab again" navro_field_is selectedTab timer
+xdotool key Return
+check "the tab then starts the bus's length, not the one typed before" wait_until 5 \
+    "a timer from the tab" timer_field_is state running
+check "which is 2 minutes" timer_field_is total 120.0
+check "the focus switch still on" wait_until 5 "the third focus-on marker" marker_count_is on 3
+navro_call StopTimer
+wait_until 5 "the third focus-off marker" marker_count_is off 3
 navro_call Close
 
 # Ended in the middle of a focus session, Navro switches focus off and lets the display sleep.
 navro_call StartTimer 30.0 true
 check "a long focus session holds the display awake" wait_until 3 "an inhibition" \
     screensaver_active_is 1
-check "and switched focus on" wait_until 5 "the third focus-on marker" marker_count_is on 3
+check "and switched focus on" wait_until 5 "the fourth focus-on marker" marker_count_is on 4
 kill -TERM "$NAVRO_PID"
 check "SIGTERM ends Navro" desktop_wait_exit "$NAVRO_PID" 10
 check "SIGTERM exit status is 0 (status ${DESKTOP_EXIT_STATUS:-none})" [ "${DESKTOP_EXIT_STATUS:-1}" = 0 ]
-check "the focus-off action ran on the way out" wait_until 5 "the third focus-off marker" \
-    marker_count_is off 3
+check "the focus-off action ran on the way out" wait_until 5 "the fourth focus-off marker" \
+    marker_count_is off 4
 check "the hold was given back on the way out" screensaver_active_is 0
 check "Navro did not crash" bash -c "! grep -iE 'segmentation|abort|core dumped' '$NAVRO_LOG'"
 
