@@ -28,8 +28,9 @@ public slots:
 };
 
 // A service over a manual clock, fresh settings and fakes of everything it drives.
-struct Fixture {
-    Fixture() : settings(store, [] { return QStringList{"en-GB"}; })
+class TimerServiceTest : public ::testing::Test {
+protected:
+    TimerServiceTest() : settings(store, [] { return QStringList{"en-GB"}; })
     {
         testApplication();
         settings.setFocusShortcutOn("focus on");
@@ -55,330 +56,280 @@ struct Fixture {
     int countdownChanges = 0;
 };
 
-TEST(TimerService, StartRunsTheCountdownAndRemembersTheLength)
+TEST_F(TimerServiceTest, StartRunsTheCountdownPublishedOnceASecondAndRemembersTheLength)
 {
-    Fixture f;
-    EXPECT_EQ(f.service->stateRaw(), "idle");
-    EXPECT_EQ(f.clock.pendingCount(), 0u) << "idle wakes nothing";
+    EXPECT_EQ(service->stateRaw(), "idle");
+    EXPECT_EQ(clock.pendingCount(), 0u) << "idle wakes nothing";
 
-    ASSERT_TRUE(f.service->start(5, false));
-    EXPECT_EQ(f.service->stateRaw(), "running");
-    EXPECT_EQ(f.service->total(), 300);
-    EXPECT_EQ(f.service->clockText(), "5:00");
-    EXPECT_EQ(f.settings.lastTimerMinutes(), 5);
-    EXPECT_EQ(f.sleep.holds, 1) << "plain timers keep the display awake by default";
-    EXPECT_TRUE(f.shell.runs.isEmpty()) << "a plain timer runs no focus action";
-    EXPECT_EQ(f.stateChanges, 1);
+    ASSERT_TRUE(service->start(5, false));
+    EXPECT_EQ(service->stateRaw(), "running");
+    EXPECT_EQ(service->total(), 300);
+    EXPECT_EQ(service->clockText(), "5:00");
+    EXPECT_EQ(settings.lastTimerMinutes(), 5);
+    EXPECT_EQ(sleep.holds, 1) << "plain timers keep the display awake by default";
+    EXPECT_TRUE(shell.runs.isEmpty()) << "a plain timer runs no focus action";
+    EXPECT_EQ(stateChanges, 1);
 
-    f.clock.advance(90s);
-    EXPECT_EQ(f.service->clockText(), "3:30");
-    EXPECT_DOUBLE_EQ(f.service->shownProgress(), 0.3);
-    EXPECT_EQ(f.service->remaining(f.clock.now()), 210);
-    EXPECT_EQ(f.stateChanges, 1) << "the seconds going by are no change of state";
+    const int atStart = countdownChanges;
+    clock.advance(90s); // 360 ticks
+    EXPECT_EQ(countdownChanges - atStart, 90);
+    EXPECT_EQ(service->clockText(), "3:30");
+    EXPECT_DOUBLE_EQ(service->shownProgress(), 0.3);
+    EXPECT_EQ(service->remaining(clock.now()), 210);
+    EXPECT_EQ(stateChanges, 1) << "the seconds going by are no change of state";
 }
 
-TEST(TimerService, RefusesLengthsOutsideADay)
+TEST_F(TimerServiceTest, RefusesLengthsOutsideADay)
 {
-    Fixture f;
     CapturingLogSink log;
     for (double minutes : {0.0, -5.0, 1440.5, std::nan("")})
-        EXPECT_FALSE(f.service->start(minutes, true)) << minutes;
-    EXPECT_EQ(f.service->stateRaw(), "idle");
-    EXPECT_EQ(f.settings.lastTimerMinutes(), 25) << "the default is kept";
-    EXPECT_EQ(f.sleep.mostHolds, 0);
-    EXPECT_TRUE(f.shell.runs.isEmpty());
+        EXPECT_FALSE(service->start(minutes, true)) << minutes;
+    EXPECT_EQ(service->stateRaw(), "idle");
+    EXPECT_EQ(settings.lastTimerMinutes(), 25) << "the default is kept";
+    EXPECT_EQ(sleep.mostHolds, 0);
+    EXPECT_TRUE(shell.runs.isEmpty());
     EXPECT_EQ(log.lines.size(), 4u);
-    EXPECT_TRUE(f.service->start(1440, false)) << "a whole day is the longest";
+    EXPECT_TRUE(service->start(1440, false)) << "a whole day is the longest";
 }
 
-TEST(TimerService, OffersTheLastLengthWhenATimerCanHaveIt)
+TEST_F(TimerServiceTest, OffersTheLastLengthWhenATimerCanHaveIt)
 {
-    Fixture f;
     int offers = 0;
-    QObject::connect(f.service.get(), &TimerService::lastMinutesChanged, [&] { ++offers; });
-    ASSERT_TRUE(f.service->start(5, false));
-    EXPECT_EQ(f.service->lastMinutes(), 5);
+    QObject::connect(service.get(), &TimerService::lastMinutesChanged, [&] { ++offers; });
+    ASSERT_TRUE(service->start(5, false));
+    EXPECT_EQ(service->lastMinutes(), 5);
     EXPECT_EQ(offers, 1);
 
     // A stored length no timer can have (a hand-edited file, say) offers the default instead,
     // and says so once however often it is read.
     CapturingLogSink log;
-    f.settings.setLastTimerMinutes(1e308);
-    EXPECT_EQ(f.service->lastMinutes(), 25);
-    EXPECT_EQ(f.service->lastMinutes(), 25);
-    EXPECT_EQ(f.settings.lastTimerMinutes(), 1e308) << "the settings keep what they were given";
+    settings.setLastTimerMinutes(1e308);
+    EXPECT_EQ(service->lastMinutes(), 25);
+    EXPECT_EQ(service->lastMinutes(), 25);
+    EXPECT_EQ(settings.lastTimerMinutes(), 1e308) << "the settings keep what they were given";
     ASSERT_EQ(log.lines.size(), 1u);
     EXPECT_NE(log.lines[0].find("\"lastTimerMinutes\" is 1e+308"), std::string::npos)
         << log.lines[0];
     EXPECT_EQ(offers, 2);
 }
 
-TEST(TimerService, AnHourShowsHoursThenDropsToMinutes)
+TEST_F(TimerServiceTest, TicksOnlyWhileRunningAndDismissLeavesOnlyFinishedEarly)
 {
-    Fixture f;
-    f.service->start(60, false);
-    EXPECT_EQ(f.service->clockText(), "1:00:00");
-    f.clock.advance(1s);
-    EXPECT_EQ(f.service->clockText(), "59:59");
+    service->dismiss();
+    EXPECT_EQ(stateChanges, 0);
+    service->start(5, false);
+    EXPECT_EQ(clock.pendingCount(), 1u);
+    service->dismiss();
+    EXPECT_EQ(service->stateRaw(), "running") << "only a finished session is dismissed";
+    service->pause();
+    EXPECT_EQ(clock.pendingCount(), 0u) << "paused wakes nothing";
+    service->resume();
+    EXPECT_EQ(clock.pendingCount(), 1u);
+    clock.advance(5min);
+    EXPECT_EQ(service->stateRaw(), "finished");
+    EXPECT_EQ(clock.pendingCount(), 1u) << "only the return to idle";
+    service->dismiss();
+    EXPECT_EQ(service->stateRaw(), "idle");
+    EXPECT_EQ(clock.pendingCount(), 0u);
 }
 
-TEST(TimerService, TheCountdownIsPublishedOnceASecondNotOnEveryTick)
+TEST_F(TimerServiceTest, AMinuteMoreWhilePausedAtHalfAMinuteOfFive)
 {
-    Fixture f;
-    f.service->start(10, false);
-    const int atStart = f.countdownChanges;
-    f.clock.advance(10s); // forty ticks
-    EXPECT_EQ(f.countdownChanges - atStart, 10);
-    EXPECT_EQ(f.service->clockText(), "9:50");
-}
-
-TEST(TimerService, TicksOnlyWhileRunning)
-{
-    Fixture f;
-    f.service->start(5, false);
-    EXPECT_EQ(f.clock.pendingCount(), 1u);
-    f.service->pause();
-    EXPECT_EQ(f.clock.pendingCount(), 0u) << "paused wakes nothing";
-    f.service->resume();
-    EXPECT_EQ(f.clock.pendingCount(), 1u);
-    f.clock.advance(5min);
-    EXPECT_EQ(f.service->stateRaw(), "finished");
-    EXPECT_EQ(f.clock.pendingCount(), 1u) << "only the return to idle";
-    f.clock.advance(8s);
-    EXPECT_EQ(f.service->stateRaw(), "idle");
-    EXPECT_EQ(f.clock.pendingCount(), 0u);
-}
-
-TEST(TimerService, AMinuteMoreWhilePausedAtHalfAMinuteOfFive)
-{
-    Fixture f;
-    f.service->start(5, false);
-    f.clock.advance(270s);
-    f.service->pause();
-    EXPECT_EQ(f.service->clockText(), "0:30");
-    const int before = f.stateChanges;
-    f.service->addMinute();
-    EXPECT_EQ(f.service->clockText(), "1:30");
-    EXPECT_EQ(f.service->total(), 360);
-    EXPECT_EQ(f.stateChanges, before + 1) << "listeners hear of the new length";
+    service->start(5, false);
+    clock.advance(270s);
+    service->pause();
+    EXPECT_EQ(service->clockText(), "0:30");
+    const int before = stateChanges;
+    service->addMinute();
+    EXPECT_EQ(service->clockText(), "1:30");
+    EXPECT_EQ(service->total(), 360);
+    EXPECT_EQ(stateChanges, before + 1) << "listeners hear of the new length";
 
     // Resumed an hour later, it counts on from 1:30.
-    f.clock.advance(1h);
-    f.service->resume();
-    EXPECT_EQ(f.service->clockText(), "1:30");
-    f.clock.advance(89s);
-    EXPECT_EQ(f.service->stateRaw(), "running");
-    f.clock.advance(1s);
-    EXPECT_EQ(f.service->stateRaw(), "finished");
+    clock.advance(1h);
+    service->resume();
+    EXPECT_EQ(service->clockText(), "1:30");
+    clock.advance(89s);
+    EXPECT_EQ(service->stateRaw(), "running");
+    clock.advance(1s);
+    EXPECT_EQ(service->stateRaw(), "finished");
 }
 
-TEST(TimerService, AMinuteMoreWhileRunningMovesTheEnd)
+TEST_F(TimerServiceTest, AMinuteMoreWhileRunningMovesTheEnd)
 {
-    Fixture f;
-    f.service->start(1, false);
-    f.clock.advance(50s);
-    f.service->addMinute();
-    EXPECT_EQ(f.service->total(), 120);
-    f.clock.advance(60s);
-    EXPECT_EQ(f.service->stateRaw(), "running");
-    EXPECT_EQ(f.service->clockText(), "0:10");
+    service->start(1, false);
+    clock.advance(50s);
+    service->addMinute();
+    EXPECT_EQ(service->total(), 120);
+    clock.advance(60s);
+    EXPECT_EQ(service->stateRaw(), "running");
+    EXPECT_EQ(service->clockText(), "0:10");
     // Nothing to lengthen once it is over.
-    f.clock.advance(10s);
-    f.service->addMinute();
-    EXPECT_EQ(f.service->stateRaw(), "finished");
+    clock.advance(10s);
+    service->addMinute();
+    EXPECT_EQ(service->stateRaw(), "finished");
 }
 
-TEST(TimerService, FinishingEndsTheSessionRingsAndReturnsToIdle)
+TEST_F(TimerServiceTest, FinishingEndsTheSessionRingsAndReturnsToIdle)
 {
-    Fixture f;
-    f.service->start(1, true);
-    EXPECT_EQ(f.shell.runs, QStringList{f.action("focus on")});
-    f.clock.advance(59750ms);
-    EXPECT_EQ(f.service->stateRaw(), "running");
-    f.clock.advance(250ms);
-    EXPECT_EQ(f.service->stateRaw(), "finished");
-    EXPECT_EQ(f.service->shownProgress(), 1);
-    EXPECT_EQ(f.sound.played, std::vector<std::string>{"complete"});
-    EXPECT_EQ(f.sleep.holds, 0);
-    EXPECT_EQ(f.shell.runs, (QStringList{f.action("focus on"), f.action("focus off")}));
+    service->start(1, true);
+    EXPECT_EQ(shell.runs, QStringList{action("focus on")});
+    clock.advance(59750ms);
+    EXPECT_EQ(service->stateRaw(), "running");
+    clock.advance(250ms);
+    EXPECT_EQ(service->stateRaw(), "finished");
+    EXPECT_EQ(service->shownProgress(), 1);
+    EXPECT_EQ(sound.played, std::vector<std::string>{"complete"});
+    EXPECT_EQ(sleep.holds, 0);
+    EXPECT_EQ(shell.runs, (QStringList{action("focus on"), action("focus off")}));
 
-    f.clock.advance(7999ms);
-    EXPECT_EQ(f.service->stateRaw(), "finished");
-    f.clock.advance(1ms);
-    EXPECT_EQ(f.service->stateRaw(), "idle");
-    EXPECT_FALSE(f.service->isFocus());
-    EXPECT_EQ(f.sound.played.size(), 1u);
+    clock.advance(7999ms);
+    EXPECT_EQ(service->stateRaw(), "finished");
+    clock.advance(1ms);
+    EXPECT_EQ(service->stateRaw(), "idle");
+    EXPECT_FALSE(service->isFocus());
+    EXPECT_EQ(sound.played.size(), 1u);
+    EXPECT_EQ(clock.pendingCount(), 0u);
 }
 
-TEST(TimerService, NoSoundWhenTheSettingIsOff)
+TEST_F(TimerServiceTest, NoSoundWhenTheSettingIsOff)
 {
-    Fixture f;
-    f.settings.setTimerSound(false);
-    f.service->start(0.5, false);
-    f.clock.advance(31s);
-    EXPECT_EQ(f.service->stateRaw(), "finished");
-    EXPECT_TRUE(f.sound.played.empty());
+    settings.setTimerSound(false);
+    service->start(0.5, false);
+    clock.advance(31s);
+    EXPECT_EQ(service->stateRaw(), "finished");
+    EXPECT_TRUE(sound.played.empty());
 }
 
-TEST(TimerService, StoppingEndsTheSessionAtOnceWithoutTheSound)
+TEST_F(TimerServiceTest, StoppingEndsTheSessionAtOnceWithoutTheSound)
 {
     for (bool pausedFirst : {false, true}) {
-        Fixture f;
-        f.service->start(5, true);
-        f.clock.advance(1min);
+        shell.runs.clear();
+        service->start(5, true);
+        clock.advance(1min);
         if (pausedFirst)
-            f.service->pause();
-        f.service->stop();
-        EXPECT_EQ(f.service->stateRaw(), "idle") << "no finished state after a stop";
-        EXPECT_EQ(f.service->clockText(), "0:00");
-        EXPECT_TRUE(f.sound.played.empty());
-        EXPECT_EQ(f.sleep.holds, 0);
-        EXPECT_EQ(f.shell.runs, (QStringList{f.action("focus on"), f.action("focus off")}));
-        EXPECT_EQ(f.clock.pendingCount(), 0u);
+            service->pause();
+        service->stop();
+        EXPECT_EQ(service->stateRaw(), "idle") << "no finished state after a stop";
+        EXPECT_EQ(service->clockText(), "0:00");
+        EXPECT_TRUE(sound.played.empty());
+        EXPECT_EQ(sleep.holds, 0);
+        EXPECT_EQ(shell.runs, (QStringList{action("focus on"), action("focus off")}));
+        EXPECT_EQ(clock.pendingCount(), 0u);
     }
 }
 
-TEST(TimerService, ANewSessionDuringFinishedIsNotUndoneByThePendingReset)
+TEST_F(TimerServiceTest, ANewSessionDuringFinishedIsNotUndoneByThePendingReset)
 {
-    Fixture f;
-    f.service->start(1, false);
-    f.clock.advance(1min);
-    ASSERT_EQ(f.service->stateRaw(), "finished");
-    f.clock.advance(3s);
-    f.service->start(1, false);
-    f.clock.advance(6s); // past the first session's reset
-    EXPECT_EQ(f.service->stateRaw(), "running");
-    EXPECT_EQ(f.service->clockText(), "0:54");
+    service->start(1, false);
+    clock.advance(1min);
+    ASSERT_EQ(service->stateRaw(), "finished");
+    clock.advance(3s);
+    service->start(1, false);
+    clock.advance(6s); // past the first session's reset
+    EXPECT_EQ(service->stateRaw(), "running");
+    EXPECT_EQ(service->clockText(), "0:54");
 }
 
-TEST(TimerService, DismissLeavesFinishedEarly)
+TEST_F(TimerServiceTest, SessionsInARowNeverHoldTwiceAndSwitchFocusOnlyWhereTheyDiffer)
 {
-    Fixture f;
-    f.service->dismiss();
-    EXPECT_EQ(f.stateChanges, 0);
-    f.service->start(1, false);
-    f.service->dismiss();
-    EXPECT_EQ(f.service->stateRaw(), "running") << "only a finished session is dismissed";
-    f.clock.advance(1min);
-    f.service->dismiss();
-    EXPECT_EQ(f.service->stateRaw(), "idle");
-    EXPECT_EQ(f.clock.pendingCount(), 0u);
+    service->start(5, true);  // on
+    service->start(10, true); // still focused: nothing
+    service->start(1, false); // off
+    service->pause();
+    service->start(5, false); // nothing
+    service->start(3, true);  // on
+    clock.advance(3min);      // finished: off
+    service->start(2, false); // nothing
+    service->stop();
+    EXPECT_EQ(shell.runs, (QStringList{action("focus on"), action("focus off"), action("focus on"),
+                                       action("focus off")}));
+    EXPECT_EQ(sleep.mostHolds, 1);
+    EXPECT_EQ(sleep.holds, 0);
 }
 
-TEST(TimerService, SessionsInARowNeverHoldTwice)
+TEST_F(TimerServiceTest, FocusActionsAreOptionalAndStayInTheirFolder)
 {
-    Fixture f;
-    f.service->start(5, false);
-    f.service->start(10, true);
-    f.service->start(1, false);
-    f.service->pause();
-    f.service->start(3, true);
-    f.clock.advance(3min);
-    f.service->start(2, false);
-    f.service->stop();
-    EXPECT_EQ(f.sleep.mostHolds, 1);
-    EXPECT_EQ(f.sleep.holds, 0);
-}
-
-TEST(TimerService, FocusIsSwitchedOnlyWhereTheNextSessionDiffers)
-{
-    Fixture f;
-    f.service->start(5, true);  // on
-    f.service->start(10, true); // still focused: nothing
-    f.service->start(5, false); // off
-    f.service->start(5, false); // nothing
-    f.service->start(5, true);  // on
-    f.service->stop();          // off
-    EXPECT_EQ(f.shell.runs, (QStringList{f.action("focus on"), f.action("focus off"),
-                                         f.action("focus on"), f.action("focus off")}));
-}
-
-TEST(TimerService, FocusActionsAreOptionalAndStayInTheirFolder)
-{
-    Fixture f;
     CapturingLogSink log;
-    f.settings.setFocusShortcutOn("");
-    f.settings.setFocusShortcutOff("../../bin/sh");
-    f.service->start(5, true);
-    f.service->stop();
-    EXPECT_TRUE(f.shell.runs.isEmpty());
+    settings.setFocusShortcutOn("");
+    settings.setFocusShortcutOff("../../bin/sh");
+    service->start(5, true);
+    service->stop();
+    EXPECT_TRUE(shell.runs.isEmpty());
     EXPECT_EQ(log.lines.size(), 1u);
     EXPECT_TRUE(log.contains("is not the name of a file in"));
 }
 
-TEST(TimerService, AFailedFocusActionIsLoggedAndChangesNothing)
+TEST_F(TimerServiceTest, AFailedFocusActionIsLoggedAndChangesNothing)
 {
-    Fixture f;
     CapturingLogSink log;
-    f.service->start(5, true);
-    f.shell.answerAll(std::nullopt);
-    EXPECT_EQ(f.service->stateRaw(), "running");
+    service->start(5, true);
+    shell.answerAll(std::nullopt);
+    EXPECT_EQ(service->stateRaw(), "running");
     ASSERT_EQ(log.lines.size(), 1u);
     EXPECT_TRUE(log.contains("\"focus on\" could not be run")) << log.lines[0];
 }
 
-TEST(TimerService, KeepAwakeFollowsTheSettingForPlainTimersAndAlwaysHoldsForFocus)
+TEST_F(TimerServiceTest, KeepAwakeFollowsTheSettingForPlainTimersAndAlwaysHoldsForFocus)
 {
-    Fixture f;
-    f.settings.setTimerKeepAwake(false);
-    f.service->start(5, false);
-    EXPECT_EQ(f.sleep.holds, 0);
-    f.settings.setTimerKeepAwake(true); // changed during the session: applies at once
-    EXPECT_EQ(f.sleep.holds, 1);
-    f.settings.setTimerKeepAwake(false);
-    EXPECT_EQ(f.sleep.holds, 0);
-    f.service->start(5, true);
-    EXPECT_EQ(f.sleep.holds, 1) << "a focus session always keeps the display awake";
-    f.service->pause();
-    EXPECT_EQ(f.sleep.holds, 1) << "held until the session ends";
-    f.service->stop();
-    EXPECT_EQ(f.sleep.holds, 0);
-    f.settings.setTimerKeepAwake(true);
-    EXPECT_EQ(f.sleep.holds, 0) << "no session, nothing to keep awake for";
+    settings.setTimerKeepAwake(false);
+    service->start(5, false);
+    EXPECT_EQ(sleep.holds, 0);
+    settings.setTimerKeepAwake(true); // changed during the session: applies at once
+    EXPECT_EQ(sleep.holds, 1);
+    settings.setTimerKeepAwake(false);
+    EXPECT_EQ(sleep.holds, 0);
+    service->start(5, true);
+    EXPECT_EQ(sleep.holds, 1) << "a focus session always keeps the display awake";
+    service->pause();
+    EXPECT_EQ(sleep.holds, 1) << "held until the session ends";
+    service->stop();
+    EXPECT_EQ(sleep.holds, 0);
+    settings.setTimerKeepAwake(true);
+    EXPECT_EQ(sleep.holds, 0) << "no session, nothing to keep awake for";
 }
 
-TEST(TimerService, ShutDownEndsAFocusSessionAndLetsTheDisplaySleep)
+TEST_F(TimerServiceTest, ShutDownEndsAFocusSessionAndLetsTheDisplaySleep)
 {
-    Fixture f;
-    f.service->start(25, true);
-    f.clock.advance(1min);
-    f.service->shutDown();
-    EXPECT_EQ(f.service->stateRaw(), "idle");
-    EXPECT_EQ(f.sleep.holds, 0);
-    EXPECT_EQ(f.shell.runs.last(), f.action("focus off"));
-    EXPECT_EQ(f.clock.pendingCount(), 0u);
-    EXPECT_TRUE(f.sound.played.empty());
+    service->start(25, true);
+    clock.advance(1min);
+    service->shutDown();
+    EXPECT_EQ(service->stateRaw(), "idle");
+    EXPECT_EQ(sleep.holds, 0);
+    EXPECT_EQ(shell.runs.last(), action("focus off"));
+    EXPECT_EQ(clock.pendingCount(), 0u);
+    EXPECT_TRUE(sound.played.empty());
 }
 
-TEST(TimerService, ClockTextUsesArabicDigitsInArabic)
+TEST_F(TimerServiceTest, AnHourShowsHoursThenDropsToMinutesInTheLanguagesDigits)
 {
-    Fixture f;
-    f.service->start(60, false);
-    const int before = f.countdownChanges;
-    f.settings.setLanguage(AppLanguage::arabic);
-    EXPECT_GT(f.countdownChanges, before) << "the text is redrawn in the new digits";
-    EXPECT_EQ(f.service->clockText(), QString::fromUtf8("١:٠٠:٠٠"));
-    EXPECT_EQ(f.service->clock(754), QString::fromUtf8("١٢:٣٤"));
+    service->start(60, false);
+    EXPECT_EQ(service->clockText(), "1:00:00");
+    const int before = countdownChanges;
+    settings.setLanguage(AppLanguage::arabic);
+    EXPECT_GT(countdownChanges, before) << "the text is redrawn in the new digits";
+    EXPECT_EQ(service->clockText(), QString::fromUtf8("١:٠٠:٠٠"));
+    EXPECT_EQ(service->clock(754), QString::fromUtf8("١٢:٣٤"));
+    clock.advance(1s);
+    EXPECT_EQ(service->clockText(), QString::fromUtf8("٥٩:٥٩"));
 }
 
-TEST(TimerService, LoadsTheFocusActionsInTheBackground)
+TEST_F(TimerServiceTest, LoadsTheFocusActionsInTheBackground)
 {
-    Fixture f;
     for (const char* name : {"zen", "Away"}) {
-        QFile file(f.action(name));
+        QFile file(action(name));
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
         file.setPermissions(QFileDevice::ReadOwner | QFileDevice::ExeOwner);
     }
-    f.service->loadShortcuts();
-    ASSERT_TRUE(waitFor([&] { return !f.service->shortcuts().isEmpty(); }));
-    EXPECT_EQ(f.service->shortcuts(), (QStringList{"Away", "zen"}));
+    service->loadShortcuts();
+    ASSERT_TRUE(waitFor([&] { return !service->shortcuts().isEmpty(); }));
+    EXPECT_EQ(service->shortcuts(), (QStringList{"Away", "zen"}));
 }
 
-TEST(TimerService, OpensTheFolderOfFocusActionsCreatingItFirst)
+TEST_F(TimerServiceTest, OpensTheFolderOfFocusActionsCreatingItFirst)
 {
-    Fixture f;
-    const QString folder = f.shortcuts.filePath("Navro/Shortcuts");
-    TimerService service(f.settings, f.clock, f.sleep, f.sound, f.shell, folder.toStdString());
+    const QString folder = shortcuts.filePath("Navro/Shortcuts");
+    TimerService service(settings, clock, sleep, sound, shell, folder.toStdString());
     UrlRecorder recorder;
     QDesktopServices::setUrlHandler("file", &recorder, "open");
     service.openShortcutsApp();
