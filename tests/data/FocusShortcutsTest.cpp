@@ -75,22 +75,11 @@ TEST(FocusShortcuts, AMissingFolderIsNoErrorAndAFileInItsPlaceIsLogged)
 
 TEST(FocusShortcuts, NamesCanOnlyMeanAFileInTheFolder)
 {
-    const struct {
-        std::string_view name;
-        bool valid;
-    } cases[] = {{"dnd-on", true},
-                 {"Focus on.sh", true},
-                 {"نمط التركيز", true},
-                 {"..x", true},
-                 {"", false},
-                 {".", false},
-                 {"..", false},
-                 {"../dnd-on", false},
-                 {"/usr/bin/rm", false},
-                 {"a/b", false},
-                 {std::string_view("a\0b", 3), false}};
-    for (const auto& c : cases)
-        EXPECT_EQ(isFocusShortcutName(c.name), c.valid) << c.name;
+    for (std::string_view name : {"dnd-on", "Focus on.sh", "نمط التركيز", "..x"})
+        EXPECT_TRUE(isFocusShortcutName(name)) << name;
+    for (std::string_view name : {"", ".", "..", "../dnd-on", "/usr/bin/rm", "a/b"})
+        EXPECT_FALSE(isFocusShortcutName(name)) << name;
+    EXPECT_FALSE(isFocusShortcutName(std::string_view("a\0b", 3)));
 }
 
 } // namespace

@@ -88,14 +88,10 @@ TEST(TimerPhase, WithoutASessionNothingIsLeft)
 TEST(TimerPhase, SessionLengthsFromAnInstantToADay)
 {
     const double inf = std::numeric_limits<double>::infinity();
-    const struct {
-        double minutes;
-        bool valid;
-    } cases[] = {{0.05, true}, {1, true},     {25, true},           {1440, true},
-                 {0, false},   {-1, false},   {-0.0, false},        {1440.01, false},
-                 {inf, false}, {-inf, false}, {std::nan(""), false}};
-    for (const auto& c : cases)
-        EXPECT_EQ(isValidTimerMinutes(c.minutes), c.valid) << c.minutes;
+    for (double minutes : {0.05, 1.0, 25.0, 1440.0})
+        EXPECT_TRUE(isValidTimerMinutes(minutes)) << minutes;
+    for (double minutes : {0.0, -1.0, -0.0, 1440.01, inf, -inf, std::nan("")})
+        EXPECT_FALSE(isValidTimerMinutes(minutes)) << minutes;
     // Fractions of a minute reach the millisecond.
     EXPECT_EQ(TimerPhase::startingAt(start, 0.05),
               TimerPhase::running(start + milliseconds(3000), 3));
