@@ -50,14 +50,9 @@ protected:
     }
     QVariantMap item(int section, int index)
     {
-        return store()
-            .sectionList()
-            .at(section)
-            .toMap()
-            .value(QStringLiteral("items"))
-            .toList()
-            .at(index)
-            .toMap();
+        const QVariantList items =
+            store().sectionList().at(section).toMap().value("items").toList();
+        return items.at(index).toMap();
     }
 
     FakeSettingsStore settingsStore;
