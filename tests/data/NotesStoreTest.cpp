@@ -168,31 +168,42 @@ TEST_F(NotesStoreTest, CompletedGoToTheEndReopenedToTheFrontAndClearedKeepingThe
     EXPECT_EQ(store().doneCount(), 0);
 }
 
-TEST_F(NotesStoreTest, SortedPutsOverdueFirstAndPastDeadlinesGetNoReminder)
+TEST_F(NotesStoreTest, SortedPutsOverdueFirstAndTheListFollowsTheClockOnlyWhileWatched)
 {
     start();
+    EXPECT_EQ(clock.pendingCount(), 0u);
     store().add("high, next hour", Priority::high, mayNoon + 1h);
     store().add("low, a minute ago", Priority::low, mayNoon - 1min);
     store().add("none, next week", Priority::none, mayNoon + 24h * 7);
     store().add("none, no deadline");
+    EXPECT_EQ(clock.pendingCount(), 1u) << "only the next reminder waits";
+    EXPECT_TRUE(rows().empty()) << "a list nobody looks at is not built";
     EXPECT_EQ(texts(store().sorted()),
               (std::vector<std::string>{"low, a minute ago", "high, next hour", "none, next week",
                                         "none, no deadline"}));
     // The view's list is in the same order, with the overdue one marked.
     store().watchList();
+    EXPECT_EQ(clock.pendingCount(), 2u);
     ASSERT_EQ(rows().size(), 4u);
     EXPECT_EQ(rows()[0].text, "low, a minute ago");
     EXPECT_TRUE(rows()[0].overdue);
     EXPECT_EQ(rows()[0].dueLabel, "Overdue · Today 11:59\u202fAM");
     EXPECT_FALSE(rows()[1].overdue);
 
-    // Moved into the past it joins the overdue ones, behind the one of higher priority.
+    // Moved into the past it joins the overdue ones, behind the one of higher priority, and past
+    // deadlines get no reminder.
     store().setDue(mayNoon - 2h, qid("none, next week"));
     EXPECT_EQ(texts(store().sorted()),
               (std::vector<std::string>{"low, a minute ago", "none, next week", "high, next hour",
                                         "none, no deadline"}));
     clock.advance(30min);
     EXPECT_TRUE(notifier.shown.empty());
+    // Its deadline gone by, the high one leads the overdue ones.
+    clock.advance(30min + 1s);
+    EXPECT_EQ(rows().at(0).text, "high, next hour");
+    EXPECT_TRUE(rows().at(0).overdue);
+    store().stopWatchingList();
+    EXPECT_EQ(clock.pendingCount(), 0u);
 }
 
 TEST_F(NotesStoreTest, AReminderArrivesAtTheStartOfTheDeadlinesMinuteAndCanMarkItDone)
@@ -492,24 +503,6 @@ TEST_F(NotesStoreTest, TheViewsCallsTranslateTheirTypes)
     EXPECT_EQ(store().deadlineLabel(qtTime(mayNoon + 1h), false), "Today 1:00\u202fPM");
     EXPECT_EQ(store().deadlineLabel(qtTime(mayNoon - 1h), true), "متأخرة · اليوم ١١:٠٠ ص");
     EXPECT_EQ(store().deadlineLabel(QDateTime(), false), "");
-}
-
-TEST_F(NotesStoreTest, TheListFollowsTheClockOnlyWhileWatched)
-{
-    start();
-    EXPECT_EQ(clock.pendingCount(), 0u);
-    store().add("low, in an hour", Priority::low, mayNoon + 1h);
-    store().add("high, undated", Priority::high);
-    EXPECT_EQ(clock.pendingCount(), 1u) << "only the reminder waits";
-    EXPECT_TRUE(rows().empty()) << "a list nobody looks at is not built";
-    store().watchList();
-    EXPECT_EQ(clock.pendingCount(), 2u);
-    EXPECT_EQ(rows().at(0).text, "high, undated");
-    clock.advance(1h + 1s);
-    EXPECT_EQ(rows().at(0).text, "low, in an hour");
-    EXPECT_TRUE(rows().at(0).overdue);
-    store().stopWatchingList();
-    EXPECT_EQ(clock.pendingCount(), 0u);
 }
 
 } // namespace
