@@ -32,6 +32,12 @@ ShelfDecoding decode(std::string_view json)
     return decodeShelf(json, loadedAt, std::function<std::string()>(std::ref(ids)));
 }
 
+ShelfDecoding decodePropertyList(std::string_view xml)
+{
+    FreshIDs ids;
+    return decodeShelfPropertyList(xml, loadedAt, std::function<std::string()>(std::ref(ids)));
+}
+
 TEST(ShelfFile, WritesCompactJsonThatReadsBackEqual)
 {
     const std::vector<ShelfSection> sections{
@@ -140,9 +146,7 @@ TEST(ShelfFile, ReadsTheOlderPropertyList)
       <dict><key>url</key><string>https://example.org/x</string></dict>
     </array></dict>
 </array></plist>)";
-    FreshIDs ids;
-    const auto decoded =
-        decodeShelfPropertyList(xml, loadedAt, std::function<std::string()>(std::ref(ids)));
+    const auto decoded = decodePropertyList(xml);
     ASSERT_TRUE(decoded.sections) << decoded.error;
     ASSERT_EQ(decoded.sections->size(), 1u);
     const ShelfSection& section = decoded.sections->front();
@@ -160,16 +164,12 @@ TEST(ShelfFile, ReadsTheOlderPropertyList)
     const std::string wrapped = R"(<?xml version="1.0" encoding="UTF-8"?>
 <plist version="1.0"><dict><key>sections</key><array><dict><key>name</key><string>W</string>
 </dict></array></dict></plist>)";
-    const auto again =
-        decodeShelfPropertyList(wrapped, loadedAt, std::function<std::string()>(std::ref(ids)));
+    const auto again = decodePropertyList(wrapped);
     ASSERT_TRUE(again.sections) << again.error;
     EXPECT_EQ(again.sections->at(0).name, "W");
 
-    for (const char* broken : {"", "not a plist", "<plist><string>x</string></plist>"}) {
-        const auto none =
-            decodeShelfPropertyList(broken, loadedAt, std::function<std::string()>(std::ref(ids)));
-        EXPECT_FALSE(none.sections) << broken;
-    }
+    for (const char* broken : {"", "not a plist", "<plist><string>x</string></plist>"})
+        EXPECT_FALSE(decodePropertyList(broken).sections) << broken;
 }
 
 } // namespace
