@@ -108,22 +108,23 @@ const std::string goodId = "A1B2C3D4-E5F6-4789-8ABC-DEF012345678";
 
 TEST(ClipboardHistoryFile, ReadsXmlAndSkipsOnlyTheEntriesItCannotUse)
 {
+    const std::string complete = goodText + goodDate;
+    const auto imageFile = [](const char* name) {
+        return "<key>imageFile</key><string>" + std::string(name) + "</string>";
+    };
     struct Case {
         const char* what;
         std::string entry;
         bool kept;
     };
     const Case cases[] = {
-        {"complete", entry(goodId, "text", goodText + goodDate), true},
-        {"lower-case id",
-         entry("a1b2c3d4-e5f6-4789-8abc-def012345678", "link", goodText + goodDate), true},
-        {"no id", "<dict><key>kind</key><string>text</string>" + goodText + goodDate + "</dict>",
-         false},
-        {"id not a UUID", entry("A1B2C3D4E5F6-4789-8ABC-DEF012345678", "text", goodText + goodDate),
-         false},
-        {"id with braces", entry("{" + goodId + "}", "text", goodText + goodDate), false},
-        {"unknown kind", entry(goodId, "video", goodText + goodDate), false},
-        {"kind in other case", entry(goodId, "Text", goodText + goodDate), false},
+        {"complete", entry(goodId, "text", complete), true},
+        {"lower-case id", entry("a1b2c3d4-e5f6-4789-8abc-def012345678", "link", complete), true},
+        {"no id", "<dict><key>kind</key><string>text</string>" + complete + "</dict>", false},
+        {"id not a UUID", entry("A1B2C3D4E5F6-4789-8ABC-DEF012345678", "text", complete), false},
+        {"id with braces", entry("{" + goodId + "}", "text", complete), false},
+        {"unknown kind", entry(goodId, "video", complete), false},
+        {"kind in other case", entry(goodId, "Text", complete), false},
         {"no text", entry(goodId, "text", goodDate), false},
         {"text a number", entry(goodId, "text", "<key>text</key><integer>4</integer>" + goodDate),
          false},
@@ -132,17 +133,11 @@ TEST(ClipboardHistoryFile, ReadsXmlAndSkipsOnlyTheEntriesItCannotUse)
          false},
         {"date as number", entry(goodId, "text", goodText + "<key>date</key><real>7.1e8</real>"),
          false},
-        {"image file outside the folder",
-         entry(goodId, "image",
-               goodText + goodDate + "<key>imageFile</key><string>../x.png</string>"),
+        {"image file outside the folder", entry(goodId, "image", complete + imageFile("../x.png")),
          false},
-        {"image file in a subfolder",
-         entry(goodId, "image",
-               goodText + goodDate + "<key>imageFile</key><string>a/x.png</string>"),
+        {"image file in a subfolder", entry(goodId, "image", complete + imageFile("a/x.png")),
          false},
-        {"image file the folder itself",
-         entry(goodId, "image", goodText + goodDate + "<key>imageFile</key><string>..</string>"),
-         false},
+        {"image file the folder itself", entry(goodId, "image", complete + imageFile("..")), false},
         {"not a dictionary", "<string>" + goodId + "</string>", false},
     };
     for (const Case& c : cases) {
