@@ -47,7 +47,7 @@ public:
     RemoteRefusal startTimer(double minutes, bool focus) override
     {
         calls << QString("startTimer(%1, %2)").arg(minutes).arg(focus);
-        if (!acceptsTimers)
+        if (minutes <= 0)
             return QString("no timer of that length");
         return std::nullopt;
     }
@@ -56,18 +56,7 @@ public:
     QStringList calls;
     RemoteState state;
     RemoteTimer timer;
-    bool acceptsTimers = true;
 };
-
-PrivateBus& bus()
-{
-    return PrivateBus::instance();
-}
-
-QDBusConnection connect()
-{
-    return PrivateBus::connect();
-}
 
 // A connection to a bus of a test's own.
 QDBusConnection connect(const QString& address)
@@ -92,12 +81,17 @@ QDBusMessage method(const QString& name, const QVariantList& arguments = {})
     return message;
 }
 
+QDBusMessage properties(const QString& name, const QVariantList& arguments)
+{
+    auto message = QDBusMessage::createMethodCall(remoteServiceName, remoteObjectPath,
+                                                  "org.freedesktop.DBus.Properties", name);
+    message.setArguments(QVariantList{QString(remoteInterfaceName)} + arguments);
+    return message;
+}
+
 QVariantMap readProperty(QDBusConnection& connection, const QString& name)
 {
-    auto get = QDBusMessage::createMethodCall(remoteServiceName, remoteObjectPath,
-                                              "org.freedesktop.DBus.Properties", "Get");
-    get << QString(remoteInterfaceName) << name;
-    const QDBusMessage reply = callAndWait(connection, get);
+    const QDBusMessage reply = callAndWait(connection, properties("Get", {name}));
     if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty()) {
         ADD_FAILURE() << reply.errorMessage().toStdString();
         return {};
@@ -106,9 +100,9 @@ QVariantMap readProperty(QDBusConnection& connection, const QString& name)
     return qdbus_cast<QVariantMap>(inner);
 }
 
-QVariantMap readState(QDBusConnection& connection)
+bool ownsTheName(QDBusConnection connection)
 {
-    return readProperty(connection, "State");
+    return connection.interface()->isServiceRegistered(remoteServiceName).value();
 }
 
 // Collects PropertiesChanged signals of the remote object.
@@ -125,7 +119,7 @@ public:
             remoteServiceName, remoteObjectPath, "org.freedesktop.DBus.Properties",
             "PropertiesChanged", this, SLOT(changed(QString, QVariantMap, QStringList)));
         // The match rule is in place once a round trip through the bus has completed.
-        readState(client);
+        readProperty(client, "State");
         return connected;
     }
 
@@ -144,91 +138,98 @@ class DBusRemoteControlTest : public ::testing::Test {
 protected:
     void SetUp() override
     {
-        ASSERT_FALSE(bus().address().isEmpty()) << "dbus-daemon did not start";
+        ASSERT_FALSE(PrivateBus::instance().address().isEmpty()) << "dbus-daemon did not start";
     }
     void publish()
     {
-        publisher = publishRemoteControl(bus().address(), target);
+        publisher = publishRemoteControl(PrivateBus::instance().address(), target);
         ASSERT_NE(publisher, nullptr);
     }
 
     RecordingTarget target;
     std::unique_ptr<RemoteControlPublisher> publisher;
-    QDBusConnection client = connect();
+    QDBusConnection client = PrivateBus::connect();
 };
 
-TEST_F(DBusRemoteControlTest, MethodsReachTheTargetFromAnotherConnection)
+TEST_F(DBusRemoteControlTest, MethodsReachTheTargetAndItsRefusalsReachTheCaller)
 {
     publish();
-
-    for (const QDBusMessage& message :
-         {method("Open", {true}), method("Open", {false}), method("Close"), method("Toggle"),
-          method("ShowOnboarding"), method("OpenSettings", {QString("about")})}) {
+    const auto expectReaches = [&](const QDBusMessage& message, const QString& call) {
+        target.calls.clear();
         const QDBusMessage reply = callAndWait(client, message);
-        EXPECT_EQ(reply.type(), QDBusMessage::ReplyMessage) << reply.errorMessage().toStdString();
+        EXPECT_EQ(target.calls, QStringList{call});
+        return reply;
+    };
+    for (const auto& [message, call] : std::vector<std::pair<QDBusMessage, QString>>{
+             {method("Open", {true}), "open(1)"},
+             {method("Open", {false}), "open(0)"},
+             {method("Close"), "close"},
+             {method("Toggle"), "toggle"},
+             {method("ShowOnboarding"), "showOnboarding"},
+             {method("OpenSettings", {QString("about")}), "openSettings(about)"},
+             {method("OpenTab", {QString("clipboard")}), "openTab(clipboard)"},
+             {method("OpenTab", {QString("prayer")}), "openTab(prayer)"},
+             {method("StartTimer", {25.5, true}), "startTimer(25.5, 1)"},
+             {method("StopTimer"), "stopTimer"},
+         }) {
+        const QDBusMessage reply = expectReaches(message, call);
+        EXPECT_EQ(reply.type(), QDBusMessage::ReplyMessage)
+            << call.toStdString() << ": " << reply.errorMessage().toStdString();
     }
-    EXPECT_EQ(target.calls, (QStringList{"open(1)", "open(0)", "close", "toggle", "showOnboarding",
-                                         "openSettings(about)"}));
 
-    const QDBusMessage wrong = callAndWait(client, method("Open", {QString("yes")}));
-    EXPECT_EQ(wrong.type(), QDBusMessage::ErrorMessage) << "Open takes a boolean";
-    EXPECT_EQ(target.calls.size(), 6);
-
-    // A name the target refuses is an error with its message, never a silent success.
-    const QDBusMessage refused = callAndWait(client, method("OpenSettings", {QString("nowhere")}));
-    EXPECT_EQ(refused.type(), QDBusMessage::ErrorMessage);
-    EXPECT_EQ(refused.errorName(), "org.freedesktop.DBus.Error.InvalidArgs");
-    EXPECT_EQ(refused.errorMessage(), "no page \"nowhere\"; the pages are a, b");
-    const QDBusMessage accepted = callAndWait(client, method("OpenSettings", {QString("general")}));
-    EXPECT_EQ(accepted.type(), QDBusMessage::ReplyMessage);
-}
-
-TEST_F(DBusRemoteControlTest, OpenTabRefusesATabTheTargetDoesNotKnowWithInvalidArgs)
-{
-    publish();
-
-    for (const QString& known : {QString("clipboard"), QString("prayer")}) {
-        const QDBusMessage reply = callAndWait(client, method("OpenTab", {known}));
-        EXPECT_EQ(reply.type(), QDBusMessage::ReplyMessage) << reply.errorMessage().toStdString();
-    }
-    for (const QString& unknown : {QString("Clipboard"), QString(""), QString("nowhere")}) {
-        const QDBusMessage reply = callAndWait(client, method("OpenTab", {unknown}));
-        EXPECT_EQ(reply.type(), QDBusMessage::ErrorMessage) << unknown.toStdString();
+    // Never a silent success: the caller hears the target's own reason.
+    const QString unknownTab = "no tab \"%1\"; the tabs are clipboard, prayer";
+    for (const auto& [message, call, refusal] :
+         std::vector<std::tuple<QDBusMessage, QString, QString>>{
+             {method("OpenSettings", {QString("nowhere")}), "openSettings(nowhere)",
+              "no page \"nowhere\"; the pages are a, b"},
+             {method("OpenTab", {QString("Clipboard")}), "openTab(Clipboard)",
+              unknownTab.arg("Clipboard")},
+             {method("OpenTab", {QString("")}), "openTab()", unknownTab.arg("")},
+             {method("OpenTab", {QString("nowhere")}), "openTab(nowhere)",
+              unknownTab.arg("nowhere")},
+             {method("StartTimer", {0.0, false}), "startTimer(0, 0)", "no timer of that length"},
+         }) {
+        SCOPED_TRACE(call.toStdString());
+        const QDBusMessage reply = expectReaches(message, call);
+        EXPECT_EQ(reply.type(), QDBusMessage::ErrorMessage);
         EXPECT_EQ(reply.errorName(), "org.freedesktop.DBus.Error.InvalidArgs");
-        EXPECT_TRUE(reply.errorMessage().contains('"' + unknown + '"'))
-            << reply.errorMessage().toStdString();
+        EXPECT_EQ(reply.errorMessage(), refusal);
     }
-    EXPECT_EQ(target.calls, (QStringList{"openTab(clipboard)", "openTab(prayer)",
-                                         "openTab(Clipboard)", "openTab()", "openTab(nowhere)"}));
 
-    const QDBusMessage wrong = callAndWait(client, method("OpenTab", {42}));
-    EXPECT_EQ(wrong.type(), QDBusMessage::ErrorMessage) << "OpenTab takes a string";
-    EXPECT_EQ(target.calls.size(), 5);
+    target.calls.clear();
+    for (const QDBusMessage& mistyped : {method("Open", {QString("yes")}), method("OpenTab", {42}),
+                                         method("StartTimer", {QString("5"), false})})
+        EXPECT_EQ(callAndWait(client, mistyped).type(), QDBusMessage::ErrorMessage)
+            << mistyped.member().toStdString();
+    EXPECT_TRUE(target.calls.isEmpty()) << "a mistyped call never reaches the target";
 }
 
-TEST_F(DBusRemoteControlTest, StatePropertyMirrorsTheTargetAndIsReadOnly)
+TEST_F(DBusRemoteControlTest, PropertiesMirrorTheTargetAndAreReadOnly)
 {
     target.state = {"open", "prayer", "toast", false, true, "arabic", "Charger connected", "80%"};
+    target.timer = {"paused", 90, 360, true};
     publish();
 
-    EXPECT_EQ(readState(client), (QVariantMap{{"status", "open"},
-                                              {"selectedTab", "prayer"},
-                                              {"activityKind", "toast"},
-                                              {"notchEnabled", false},
-                                              {"panelVisible", true},
-                                              {"language", "arabic"},
-                                              {"activityTitle", "Charger connected"},
-                                              {"activityDetail", "80%"}}));
+    EXPECT_EQ(readProperty(client, "State"), (QVariantMap{{"status", "open"},
+                                                          {"selectedTab", "prayer"},
+                                                          {"activityKind", "toast"},
+                                                          {"notchEnabled", false},
+                                                          {"panelVisible", true},
+                                                          {"language", "arabic"},
+                                                          {"activityTitle", "Charger connected"},
+                                                          {"activityDetail", "80%"}}));
+    EXPECT_EQ(
+        readProperty(client, "Timer"),
+        (QVariantMap{{"state", "paused"}, {"remaining", 90.0}, {"total", 360.0}, {"focus", true}}));
 
-    auto set = QDBusMessage::createMethodCall(remoteServiceName, remoteObjectPath,
-                                              "org.freedesktop.DBus.Properties", "Set");
-    set << QString(remoteInterfaceName) << QString("State")
-        << QVariant::fromValue(QDBusVariant(QVariantMap{{"status", "closed"}}));
-    EXPECT_EQ(callAndWait(client, set).type(), QDBusMessage::ErrorMessage);
-    EXPECT_EQ(readState(client).value("status").toString(), "open");
+    const QVariant closed = QVariant::fromValue(QDBusVariant(QVariantMap{{"status", "closed"}}));
+    EXPECT_EQ(callAndWait(client, properties("Set", {QString("State"), closed})).type(),
+              QDBusMessage::ErrorMessage);
+    EXPECT_EQ(readProperty(client, "State").value("status").toString(), "open");
 }
 
-TEST_F(DBusRemoteControlTest, PropertiesChangedOnlyForRealChanges)
+TEST_F(DBusRemoteControlTest, StateIsAnnouncedOnRealChangesAndTheTimerOnEachChange)
 {
     publish();
     SignalRecorder recorder;
@@ -238,63 +239,24 @@ TEST_F(DBusRemoteControlTest, PropertiesChangedOnlyForRealChanges)
     target.state.status = "open";
     publisher->stateChanged();
     publisher->stateChanged(); // again nothing new
+    target.timer = {"running", 300, 300, false};
+    publisher->timerChanged();
     target.state.language = "arabic";
     publisher->stateChanged();
+    target.timer = {"paused", 200, 300, false};
+    publisher->timerChanged();
 
-    ASSERT_TRUE(waitFor([&] { return recorder.states.size() >= 2; }));
-    // Signals arrive in order, so a stray one would show up before the second real one.
-    readState(client);
+    ASSERT_TRUE(
+        waitFor([&] { return recorder.states.size() >= 2 && recorder.timers.size() >= 2; }));
+    // Signals arrive in order, so a stray one would show up before the last real one.
+    readProperty(client, "State");
     QCoreApplication::processEvents();
     ASSERT_EQ(recorder.states.size(), 2);
-    EXPECT_EQ(recorder.interfaces, (QStringList{remoteInterfaceName, remoteInterfaceName}));
+    ASSERT_EQ(recorder.timers.size(), 2);
+    EXPECT_EQ(recorder.interfaces, QStringList(4, remoteInterfaceName));
     EXPECT_EQ(recorder.states[0].value("status").toString(), "open");
     EXPECT_EQ(recorder.states[0].value("language").toString(), "english");
     EXPECT_EQ(recorder.states[1].value("language").toString(), "arabic");
-}
-
-TEST_F(DBusRemoteControlTest, TimerIsReadableStartableAndStoppable)
-{
-    target.timer = {"paused", 90, 360, true};
-    publish();
-
-    EXPECT_EQ(
-        readProperty(client, "Timer"),
-        (QVariantMap{{"state", "paused"}, {"remaining", 90.0}, {"total", 360.0}, {"focus", true}}));
-
-    const QDBusMessage started = callAndWait(client, method("StartTimer", {25.5, true}));
-    EXPECT_EQ(started.type(), QDBusMessage::ReplyMessage) << started.errorMessage().toStdString();
-    EXPECT_EQ(callAndWait(client, method("StopTimer")).type(), QDBusMessage::ReplyMessage);
-    EXPECT_EQ(target.calls, (QStringList{"startTimer(25.5, 1)", "stopTimer"}));
-
-    // A length the target refuses is an error to the caller, not a silent success.
-    target.acceptsTimers = false;
-    const QDBusMessage refused = callAndWait(client, method("StartTimer", {0.0, false}));
-    EXPECT_EQ(refused.type(), QDBusMessage::ErrorMessage);
-    EXPECT_EQ(refused.errorName(), "org.freedesktop.DBus.Error.InvalidArgs");
-    EXPECT_EQ(refused.errorMessage(), "no timer of that length");
-    EXPECT_EQ(callAndWait(client, method("StartTimer", {QString("5"), false})).type(),
-              QDBusMessage::ErrorMessage)
-        << "minutes are a number";
-    EXPECT_EQ(target.calls.size(), 3) << "the mistyped call never reaches the target";
-}
-
-TEST_F(DBusRemoteControlTest, TimerChangesAreAnnouncedEachTime)
-{
-    publish();
-    SignalRecorder recorder;
-    ASSERT_TRUE(recorder.listen(client));
-
-    target.timer = {"running", 300, 300, false};
-    publisher->timerChanged();
-    target.timer = {"paused", 200, 300, false};
-    publisher->timerChanged();
-    publisher->stateChanged(); // the notch's state did not change: nothing about the timer either
-
-    ASSERT_TRUE(waitFor([&] { return recorder.timers.size() >= 2; }));
-    readState(client);
-    QCoreApplication::processEvents();
-    ASSERT_EQ(recorder.timers.size(), 2);
-    EXPECT_TRUE(recorder.states.isEmpty());
     EXPECT_EQ(recorder.timers[0].value("state").toString(), "running");
     EXPECT_EQ(recorder.timers[1].value("state").toString(), "paused");
     EXPECT_EQ(recorder.timers[1].value("remaining").toDouble(), 200.0);
@@ -310,18 +272,17 @@ TEST_F(DBusRemoteControlTest, SecondLaunchHandsOverToTheFirstAndCannotTakeTheNam
 
     CapturingLogSink log;
     RecordingTarget second;
-    DBusRemoteControl rival(bus().address(), second);
+    DBusRemoteControl rival(PrivateBus::instance().address(), second);
     EXPECT_EQ(rival.outcome(), DBusRemoteControl::Outcome::nameTaken)
         << rival.failure().toStdString();
-    EXPECT_TRUE(callAndWait(client, method("Toggle")).type() == QDBusMessage::ReplyMessage);
+    EXPECT_EQ(callAndWait(client, method("Toggle")).type(), QDBusMessage::ReplyMessage);
     EXPECT_EQ(target.calls.last(), "toggle");
     EXPECT_TRUE(second.calls.isEmpty());
     EXPECT_TRUE(log.lines.empty()) << "the rival only reports; its owner decides what to say";
 
     publisher.reset();
-    EXPECT_TRUE(waitFor([&] {
-        return !client.interface()->isServiceRegistered(remoteServiceName).value();
-    })) << "the name is released with the publisher";
+    EXPECT_TRUE(waitFor([&] { return !ownsTheName(client); }))
+        << "the name is released with the publisher";
     EXPECT_TRUE(handOverToRunningInstance(client, 0ms).has_value());
 }
 
@@ -336,11 +297,10 @@ TEST_F(DBusRemoteControlTest, AHandOverWaitsForANavroThatIsStillStarting)
 TEST_F(DBusRemoteControlTest, WithoutABusNavroRunsOnAfterOneLogLine)
 {
     QTemporaryDir folder;
+    const QString nowhere = "unix:path=" + folder.filePath("no-bus-here");
     CapturingLogSink log;
-    QDBusConnection nowhere =
-        QDBusConnection::connectToBus("unix:path=" + folder.filePath("no-bus-here"), "nowhere");
-    EXPECT_TRUE(handOverToRunningInstance(nowhere, 0ms).has_value());
-    publisher = publishRemoteControl("unix:path=" + folder.filePath("no-bus-here"), target);
+    EXPECT_TRUE(handOverToRunningInstance(connect(nowhere), 0ms).has_value());
+    publisher = publishRemoteControl(nowhere, target);
     ASSERT_NE(publisher, nullptr) << "it waits for a bus to come";
     publisher->stateChanged(); // harmless while unpublished
     ASSERT_EQ(log.lines.size(), 1u);
@@ -363,33 +323,27 @@ TEST_F(DBusRemoteControlTest, TheNameIsTakenBackWhenTheBusComesBack)
     EXPECT_EQ(control.outcome(), DBusRemoteControl::Outcome::failed);
     EXPECT_EQ(control.failure(), "the bus at start said nothing");
 
+    QProcess daemon;
+    const auto busComesUp = [&] {
+        daemon.start("dbus-daemon",
+                     {"--session", "--nofork", "--nopidfile", "--address=unix:path=" + path});
+        return daemon.waitForStarted() &&
+               waitFor([&] { return control.outcome() == DBusRemoteControl::Outcome::published; });
+    };
     // A real bus takes the silent one's place.
     silent.reset();
     QFile::remove(path);
-    QProcess daemon;
-    auto startDaemon = [&] {
-        daemon.start("dbus-daemon",
-                     {"--session", "--nofork", "--nopidfile", "--address=unix:path=" + path});
-        return daemon.waitForStarted();
-    };
-    ASSERT_TRUE(startDaemon());
-    ASSERT_TRUE(
-        waitFor([&] { return control.outcome() == DBusRemoteControl::Outcome::published; }));
-    {
-        QDBusConnection onNewBus = connect("unix:path=" + path);
-        EXPECT_TRUE(onNewBus.interface()->isServiceRegistered(remoteServiceName).value());
-    }
+    ASSERT_TRUE(busComesUp());
+    EXPECT_TRUE(ownsTheName(connect("unix:path=" + path)));
 
     // The bus stops and starts again.
     daemon.terminate();
     ASSERT_TRUE(daemon.waitForFinished(5000));
     ASSERT_TRUE(waitFor([&] { return control.outcome() == DBusRemoteControl::Outcome::failed; }));
     EXPECT_TRUE(log.contains("lost the session bus"));
-    ASSERT_TRUE(startDaemon());
-    ASSERT_TRUE(
-        waitFor([&] { return control.outcome() == DBusRemoteControl::Outcome::published; }));
+    ASSERT_TRUE(busComesUp());
     QDBusConnection onNewBus = connect("unix:path=" + path);
-    EXPECT_TRUE(onNewBus.interface()->isServiceRegistered(remoteServiceName).value());
+    EXPECT_TRUE(ownsTheName(onNewBus));
     EXPECT_EQ(callAndWait(onNewBus, method("Toggle")).type(), QDBusMessage::ReplyMessage);
     EXPECT_EQ(target.calls, QStringList{"toggle"});
     EXPECT_TRUE(log.contains("remote control published again"));
