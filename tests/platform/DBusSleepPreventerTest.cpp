@@ -95,10 +95,10 @@ public:
     }
     ~Desktop()
     {
-        for (const auto& name : names_)
-            connection_.unregisterService(name);
-        for (const auto& path : paths_)
-            connection_.unregisterObject(path);
+        for (const auto& [inhibitor, fake] : offered_) {
+            connection_.unregisterService(inhibitor.service);
+            connection_.unregisterObject(inhibitor.path);
+        }
         thread_.quit();
         thread_.wait();
     }
@@ -110,20 +110,16 @@ private:
     FakeInhibitor* offer(const DBusSleepPreventer::Inhibitor& inhibitor)
     {
         auto* fake = new FakeInhibitor(inhibitor.interface);
-        fakes_.emplace_back(fake);
+        offered_.emplace_back(inhibitor, fake);
         fake->moveToThread(&thread_);
         EXPECT_TRUE(connection_.registerVirtualObject(inhibitor.path, fake));
         EXPECT_TRUE(connection_.registerService(inhibitor.service));
-        names_ << inhibitor.service;
-        paths_ << inhibitor.path;
         return fake;
     }
 
     QDBusConnection connection_;
     QThread thread_;
-    std::vector<std::unique_ptr<FakeInhibitor>> fakes_;
-    QStringList names_;
-    QStringList paths_;
+    std::vector<std::pair<DBusSleepPreventer::Inhibitor, std::unique_ptr<FakeInhibitor>>> offered_;
 };
 
 const QString inhibit = "Inhibit(Navro, Navro timer)";
@@ -136,34 +132,28 @@ protected:
     }
 };
 
-TEST_F(DBusSleepPreventerTest, HoldsOnceThroughTheScreenSaverAndGivesItBack)
+TEST_F(DBusSleepPreventerTest, HoldsOnceThroughTheFirstServiceThereAndGivesItBack)
 {
-    Desktop desktop(true, true);
-    DBusSleepPreventer preventer(PrivateBus::connect());
-    preventer.keepAwake();
-    preventer.keepAwake();
-    ASSERT_TRUE(waitFor([&] { return preventer.isHolding(); }));
-    preventer.keepAwake();
-    EXPECT_EQ(desktop.screenSaver->calls(), QStringList{inhibit});
-    EXPECT_EQ(desktop.screenSaver->activeHolds(), 1);
+    for (const bool withScreenSaver : {true, false}) {
+        SCOPED_TRACE(withScreenSaver ? "with a screen saver" : "with a power manager only");
+        Desktop desktop(withScreenSaver, true);
+        FakeInhibitor* used = withScreenSaver ? desktop.screenSaver : desktop.powerManager;
+        DBusSleepPreventer preventer(PrivateBus::connect());
+        preventer.keepAwake();
+        preventer.keepAwake();
+        ASSERT_TRUE(waitFor([&] { return preventer.isHolding(); }));
+        preventer.keepAwake();
+        EXPECT_EQ(used->calls(), QStringList{inhibit});
+        EXPECT_EQ(used->activeHolds(), 1);
 
-    preventer.allowSleep();
-    preventer.allowSleep();
-    ASSERT_TRUE(waitFor([&] { return desktop.screenSaver->activeHolds() == 0; }));
-    EXPECT_EQ(desktop.screenSaver->calls(), (QStringList{inhibit, "UnInhibit(41)"}));
-    EXPECT_TRUE(desktop.powerManager->calls().isEmpty());
-}
-
-TEST_F(DBusSleepPreventerTest, FallsBackToThePowerManager)
-{
-    Desktop desktop(false, true);
-    DBusSleepPreventer preventer(PrivateBus::connect());
-    preventer.keepAwake();
-    ASSERT_TRUE(waitFor([&] { return preventer.isHolding(); }));
-    EXPECT_EQ(desktop.powerManager->activeHolds(), 1);
-    preventer.allowSleep();
-    ASSERT_TRUE(waitFor([&] { return desktop.powerManager->activeHolds() == 0; }));
-    EXPECT_EQ(desktop.powerManager->calls(), (QStringList{inhibit, "UnInhibit(41)"}));
+        preventer.allowSleep();
+        preventer.allowSleep();
+        ASSERT_TRUE(waitFor([&] { return used->activeHolds() == 0; }));
+        EXPECT_EQ(used->calls(), (QStringList{inhibit, "UnInhibit(41)"}));
+        if (withScreenSaver) {
+            EXPECT_TRUE(desktop.powerManager->calls().isEmpty());
+        }
+    }
 }
 
 TEST_F(DBusSleepPreventerTest, WithNeitherServiceOneLogLineAndTheCallerCarriesOn)
