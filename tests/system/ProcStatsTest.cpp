@@ -14,85 +14,69 @@ constexpr std::string_view statAfter = "cpu  3256470 0 1182964 504954 2962 0 362
                                        "cpu0 1620900 0 575940 276600 900 0 1154 0 0 0\n"
                                        "cpu1 1635570 0 607024 228354 2062 0 2474 0 0 0\n";
 
-TEST(ProcStatTest, SumsAllCoresFromTheFirstLine)
+TEST(ProcStatTest, SumsAllCoresFromTheFirstLineOrNothing)
 {
-    const auto times = parseProcStat(statBefore);
-    ASSERT_TRUE(times);
-    EXPECT_EQ(times->total, 3256370u + 1182914 + 504704 + 2912 + 3629);
-    // Waiting for input or output is idle time, not work.
-    EXPECT_EQ(times->busy, 3256370u + 1182914 + 3629);
+    const std::vector<std::pair<std::string_view, std::optional<CpuTimes>>> table = {
+        // Waiting for input or output is idle time, not work.
+        {statBefore,
+         CpuTimes{3256370u + 1182914 + 3629, 3256370u + 1182914 + 504704 + 2912 + 3629}},
+        // Four fields (kernels before 2.5.41) and ten (guest counted in user already).
+        {"cpu 10 0 5 85\n", CpuTimes{15, 100}},
+        {"cpu 10 0 5 85 0 0 0 0 7 7\n", CpuTimes{15, 100}},
+        {"", std::nullopt},
+        {"cpu0 1 2 3 4\n", std::nullopt},
+        {"cpu 1 2 3\n", std::nullopt},
+        {"cpu a b c d\n", std::nullopt},
+        {"cpux 1 2 3 4\n", std::nullopt},
+        {"cpu 1 2 -3 4\n", std::nullopt},
+        {"intr 1\ncpu", std::nullopt},
+        {"cpu 18446744073709551615 1 0 0\n", std::nullopt},
+        {"cpu 99999999999999999999999 0 0 0\n", std::nullopt},
+    };
+    for (const auto& [text, expected] : table)
+        EXPECT_EQ(parseProcStat(text), expected) << text;
 }
 
-TEST(ProcStatTest, LoadBetweenTwoReadings)
+TEST(ProcStatTest, LoadBetweenTwoReadingsNeedsTimeToPassForwards)
 {
+    // 150 ticks of work out of 450.
     const auto load = cpuLoad(*parseProcStat(statBefore), *parseProcStat(statAfter));
     ASSERT_TRUE(load);
-    // 150 ticks of work out of 450.
     EXPECT_NEAR(*load, 150.0 / 450.0, 1e-9);
-}
 
-TEST(ProcStatTest, LoadNeedsTimeToPassForwards)
-{
-    const CpuTimes times{10, 100};
-    EXPECT_FALSE(cpuLoad(times, times));
+    EXPECT_FALSE(cpuLoad({10, 100}, {10, 100}));
     EXPECT_FALSE(cpuLoad({50, 200}, {10, 100}));
     EXPECT_FALSE(cpuLoad({50, 100}, {40, 200})); // busy went backwards: a reset counter
     EXPECT_EQ(cpuLoad({0, 0}, {100, 100}), 1.0);
 }
 
-TEST(ProcStatTest, OlderKernelsWithFewerFieldsAndGuestTimeLeftOut)
+TEST(MemInfoTest, TotalAndAvailableOrNothing)
 {
-    // Four fields (kernels before 2.5.41) and ten (guest counted in user already).
-    EXPECT_EQ(parseProcStat("cpu 10 0 5 85\n"), (CpuTimes{15, 100}));
-    EXPECT_EQ(parseProcStat("cpu 10 0 5 85 0 0 0 0 7 7\n"), (CpuTimes{15, 100}));
-}
+    const std::vector<std::pair<std::string_view, std::optional<MemoryUse>>> table = {
+        {"MemTotal:       24683620 kB\nMemFree:        20783668 kB\n"
+         "MemAvailable:   23830500 kB\nBuffers:           19960 kB\n"
+         "Cached:          2883152 kB\nSwapCached:            0 kB\n",
+         MemoryUse{24683620, 23830500}},
+        // Without MemAvailable, MemFree, Buffers and Cached (but not SwapCached) stand in.
+        {"MemTotal: 1000 kB\nMemFree: 100 kB\nBuffers: 50 kB\nCached: 250 kB\nSwapCached: 999 kB\n",
+         MemoryUse{1000, 400}},
+        // Available is never above the total.
+        {"MemTotal: 100 kB\nMemAvailable: 500 kB\n", MemoryUse{100, 100}},
+        {"MemTotal: 100 kB\nMemFree: 18446744073709551615 kB\nCached: 10 kB\n",
+         MemoryUse{100, 100}},
+        {"", std::nullopt},
+        {"MemTotal: 0 kB\nMemAvailable: 0 kB\n", std::nullopt},
+        {"MemAvailable: 10 kB\n", std::nullopt},
+        {"MemTotal: lots kB\nMemFree: 1 kB\n", std::nullopt},
+        {"MemTotal: 100 MB\nMemFree: 1 kB\n", std::nullopt},
+        {"MemTotal: 100 kB\n", std::nullopt},
+    };
+    for (const auto& [text, expected] : table)
+        EXPECT_EQ(parseMemInfo(text), expected) << text;
 
-TEST(ProcStatTest, MalformedTextsYieldNothing)
-{
-    for (std::string_view text :
-         {"", "cpu0 1 2 3 4\n", "cpu 1 2 3\n", "cpu a b c d\n", "cpux 1 2 3 4\n", "cpu 1 2 -3 4\n",
-          "intr 1\ncpu", "cpu 18446744073709551615 1 0 0\n", "cpu 99999999999999999999999 0 0 0\n"})
-        EXPECT_FALSE(parseProcStat(text)) << text;
-}
-
-constexpr std::string_view meminfo = "MemTotal:       24683620 kB\n"
-                                     "MemFree:        20783668 kB\n"
-                                     "MemAvailable:   23830500 kB\n"
-                                     "Buffers:           19960 kB\n"
-                                     "Cached:          2883152 kB\n"
-                                     "SwapCached:            0 kB\n";
-
-TEST(MemInfoTest, UsedIsTotalLessAvailable)
-{
-    const auto use = parseMemInfo(meminfo);
-    ASSERT_TRUE(use);
-    EXPECT_EQ(use->totalKiB, 24683620u);
-    EXPECT_EQ(use->usedKiB(), 24683620u - 23830500u);
-    EXPECT_NEAR(use->share(), (24683620.0 - 23830500.0) / 24683620.0, 1e-12);
-}
-
-TEST(MemInfoTest, WithoutMemAvailableFreeBuffersAndCachedStandIn)
-{
-    const auto use = parseMemInfo("MemTotal: 1000 kB\nMemFree: 100 kB\nBuffers: 50 kB\n"
-                                  "Cached: 250 kB\nSwapCached: 999 kB\n");
-    ASSERT_TRUE(use);
-    EXPECT_EQ(use->availableKiB, 400u); // SwapCached is not Cached
-}
-
-TEST(MemInfoTest, AvailableNeverAboveTotal)
-{
-    EXPECT_EQ(parseMemInfo("MemTotal: 100 kB\nMemAvailable: 500 kB\n")->usedKiB(), 0u);
-    EXPECT_EQ(parseMemInfo("MemTotal: 100 kB\nMemFree: 18446744073709551615 kB\nCached: 10 kB\n")
-                  ->usedKiB(),
-              0u);
-}
-
-TEST(MemInfoTest, MalformedTextsYieldNothing)
-{
-    for (std::string_view text : {"", "MemTotal: 0 kB\nMemAvailable: 0 kB\n",
-                                  "MemAvailable: 10 kB\n", "MemTotal: lots kB\nMemFree: 1 kB\n",
-                                  "MemTotal: 100 MB\nMemFree: 1 kB\n", "MemTotal: 100 kB\n"})
-        EXPECT_FALSE(parseMemInfo(text)) << text;
+    const MemoryUse use{24683620, 23830500};
+    EXPECT_EQ(use.usedKiB(), 24683620u - 23830500u);
+    EXPECT_NEAR(use.share(), (24683620.0 - 23830500.0) / 24683620.0, 1e-12);
 }
 
 TEST(SampleHistoryTest, KeepsTheLastValuesOldestFirst)
