@@ -52,34 +52,35 @@ TEST(BusProbe, TellsABusThatAnswersFromOneThatSaysNothingAndFromNone)
     daemon.waitForFinished(5000);
 }
 
-TEST(BusProbe, FindsTheSocketFileOfAnAddress)
+// The socket file of an address, and the address without server identities, which reaches a bus
+// that started again there.
+TEST(BusProbe, AddressesNameTheirSocketFileAndLoseTheirServersIdentity)
 {
-    const std::vector<std::pair<std::string, std::optional<std::string>>> cases{
-        {"unix:path=/run/user/1000/bus", "/run/user/1000/bus"},
-        {"unix:path=/tmp/a%20b,guid=0123", "/tmp/a b"},
-        {"unix:guid=0123,path=/tmp/bus", "/tmp/bus"},
-        {"unix:path=/first;unix:path=/second", "/first"},
-        {"unix:abstract=/tmp/dbus-x,guid=0123", std::nullopt},
-        {"tcp:host=localhost,port=1234", std::nullopt},
-        {"unix:path=/bad%2", std::nullopt},
-        {"disabled:", std::nullopt},
-        {"", std::nullopt},
+    struct Case {
+        std::string address;
+        std::optional<std::string> socketPath;
+        std::string withoutIdentity;
     };
-    for (const auto& [address, path] : cases)
-        EXPECT_EQ(busSocketPath(address), path) << address;
-}
-
-TEST(BusProbe, AnAddressWithoutServerIdentitiesReachesABusThatStartedAgain)
-{
-    const std::vector<std::pair<std::string, std::string>> cases{
-        {"unix:path=/run/user/1000/bus,guid=0123", "unix:path=/run/user/1000/bus"},
-        {"unix:guid=0123,path=/tmp/bus", "unix:path=/tmp/bus"},
-        {"unix:path=/a,guid=1;tcp:host=h,guid=2,port=5", "unix:path=/a;tcp:host=h,port=5"},
-        {"unix:abstract=/tmp/x", "unix:abstract=/tmp/x"},
-        {"", ""},
-    };
-    for (const auto& [address, expected] : cases)
-        EXPECT_EQ(withoutServerIdentity(address), expected) << address;
+    for (const Case& c : {
+             Case{"unix:path=/run/user/1000/bus", "/run/user/1000/bus",
+                  "unix:path=/run/user/1000/bus"},
+             Case{"unix:path=/run/user/1000/bus,guid=0123", "/run/user/1000/bus",
+                  "unix:path=/run/user/1000/bus"},
+             Case{"unix:path=/tmp/a%20b,guid=0123", "/tmp/a b", "unix:path=/tmp/a%20b"},
+             Case{"unix:guid=0123,path=/tmp/bus", "/tmp/bus", "unix:path=/tmp/bus"},
+             Case{"unix:path=/first;unix:path=/second", "/first",
+                  "unix:path=/first;unix:path=/second"},
+             Case{"unix:path=/a,guid=1;tcp:host=h,guid=2,port=5", "/a",
+                  "unix:path=/a;tcp:host=h,port=5"},
+             Case{"unix:abstract=/tmp/dbus-x,guid=0123", std::nullopt, "unix:abstract=/tmp/dbus-x"},
+             Case{"tcp:host=localhost,port=1234", std::nullopt, "tcp:host=localhost,port=1234"},
+             Case{"unix:path=/bad%2", std::nullopt, "unix:path=/bad%2"},
+             Case{"disabled:", std::nullopt, "disabled:"},
+             Case{"", std::nullopt, ""},
+         }) {
+        EXPECT_EQ(busSocketPath(c.address), c.socketPath) << c.address;
+        EXPECT_EQ(withoutServerIdentity(c.address), c.withoutIdentity) << c.address;
+    }
 }
 
 } // namespace

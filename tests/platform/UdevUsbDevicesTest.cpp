@@ -195,22 +195,19 @@ struct UdevAnnouncementsTest : ::testing::Test {
 TEST_F(UdevAnnouncementsTest, AHubWithFiveDevicesIsOneNoticeAndTheHubIsNotListed)
 {
     const std::vector<std::string> devices = {"9-1.1", "9-1.2", "9-1.3", "9-1.4", "9-1.5"};
+    const std::vector<std::string> receiver = {"TYPE=0/0/0", "PRODUCT=46d/c52b/1201",
+                                               "ID_VENDOR_FROM_DATABASE=Logitech, Inc.",
+                                               "ID_MODEL_FROM_DATABASE=Unifying Receiver"};
     ASSERT_TRUE(announcer->announce("add", "9-1",
                                     {"TYPE=9/0/1", "PRODUCT=5e3/610/9321",
                                      "ID_VENDOR_FROM_DATABASE=Genesys Logic, Inc.",
                                      "ID_MODEL_FROM_DATABASE=Hub"}));
-    ASSERT_TRUE(announcer->announce("add", devices[0],
-                                    {"TYPE=0/0/0", "PRODUCT=46d/c52b/1201",
-                                     "ID_VENDOR_FROM_DATABASE=Logitech, Inc.",
-                                     "ID_MODEL_FROM_DATABASE=Unifying Receiver"}));
+    ASSERT_TRUE(announcer->announce("add", devices[0], receiver));
     for (std::size_t i = 1; i < devices.size(); ++i)
         ASSERT_TRUE(announcer->announce(
             "add", devices[i], {"TYPE=0/0/0", "PRODUCT=abcd/" + std::to_string(i) + "/1"}));
     // udev's later word on a device it announced already changes nothing.
-    ASSERT_TRUE(announcer->announce("bind", devices[0],
-                                    {"TYPE=0/0/0", "PRODUCT=46d/c52b/1201",
-                                     "ID_VENDOR_FROM_DATABASE=Logitech, Inc.",
-                                     "ID_MODEL_FROM_DATABASE=Unifying Receiver"}));
+    ASSERT_TRUE(announcer->announce("bind", devices[0], receiver));
     ASSERT_TRUE(waitFor([&] { return monitor.usb().size() == before + 5; }))
         << monitor.usb().size();
     EXPECT_TRUE(names().contains(QStringLiteral("Logitech Unifying Receiver")))

@@ -15,15 +15,16 @@ namespace {
 
 class XdgAutostartTest : public ::testing::Test {
 protected:
-    QTemporaryDir home;
+    void SetUp() override { ASSERT_TRUE(home.isValid()); }
     QString configHome() const { return home.filePath("config"); }
     QString entry() const { return configHome() + "/autostart/navro.desktop"; }
+
+    QTemporaryDir home;
+    XdgAutostart item{"/opt/navro/bin/navro", configHome()};
 };
 
 TEST_F(XdgAutostartTest, EnableWritesAnEntryForTheProgramAndDisableRemovesIt)
 {
-    ASSERT_TRUE(home.isValid());
-    XdgAutostart item("/opt/navro/bin/navro", configHome());
     EXPECT_EQ(item.entryPath(), entry());
     EXPECT_FALSE(item.isEnabled());
 
@@ -47,7 +48,6 @@ TEST_F(XdgAutostartTest, EnableWritesAnEntryForTheProgramAndDisableRemovesIt)
 
 TEST_F(XdgAutostartTest, ConfigHomeComesFromTheEnvironmentWhenAbsolute)
 {
-    ASSERT_TRUE(home.isValid());
     const ScopedEnvironment homeVariable("HOME", home.path().toUtf8().constData());
     const ScopedEnvironment configHomeVariable("XDG_CONFIG_HOME", nullptr);
     const QString fallback = home.path() + "/.config/autostart/navro.desktop";
@@ -69,28 +69,27 @@ TEST_F(XdgAutostartTest, ExecQuotesAndEscapesReservedCharacters)
     EXPECT_EQ(XdgAutostart::execArgument("/opt/a\"b/navro"), "\"/opt/a\\\\\"b/navro\"");
 }
 
-TEST_F(XdgAutostartTest, EntryHiddenByTheUserReadsAsDisabled)
+TEST_F(XdgAutostartTest, AnEntryTheUserSwitchedOffReadsAsDisabled)
 {
-    ASSERT_TRUE(home.isValid());
-    XdgAutostart item("/usr/bin/navro", configHome());
     ASSERT_EQ(item.setEnabled(true), std::nullopt);
-    writeBytes(entry().toStdString(),
-               "[Desktop Entry]\nType=Application\nExec=/usr/bin/navro\nHidden=true\n");
-    EXPECT_FALSE(item.isEnabled());
-    writeBytes(entry().toStdString(),
-               "[Desktop Entry]\nExec=navro\n[Desktop Action x]\nHidden=true\n");
-    EXPECT_TRUE(item.isEnabled()) << "only the main group counts";
+    for (const auto& [text, enabled] : std::vector<std::pair<std::string, bool>>{
+             // Only the main group counts.
+             {"[Desktop Entry]\nExec=navro\n[Desktop Action x]\nHidden=true\n", true},
+             {"[Desktop Entry]\nExec=navro\nX-GNOME-Autostart-enabled=false\n", false},
+             {"[Desktop Entry]\nType=Application\nExec=/usr/bin/navro\nHidden=true\n", false},
+         }) {
+        writeBytes(entry().toStdString(), text);
+        EXPECT_EQ(item.isEnabled(), enabled) << text;
+    }
     ASSERT_EQ(item.setEnabled(true), std::nullopt);
     EXPECT_TRUE(item.isEnabled()) << "enabling again rewrites the hidden entry";
 }
 
 TEST_F(XdgAutostartTest, UnwritableLocationsFailWithAReasonAndChangeNothing)
 {
-    ASSERT_TRUE(home.isValid());
     // A plain file where the folder should be stops even root, unlike permission bits.
     writeBytes((configHome() + "/autostart").toStdString(), "not a folder");
-    XdgAutostart blocked("/usr/bin/navro", configHome());
-    const auto failure = blocked.setEnabled(true);
+    const auto failure = item.setEnabled(true);
     ASSERT_TRUE(failure.has_value());
     EXPECT_TRUE(failure->contains(configHome() + "/autostart")) << failure->toStdString();
     EXPECT_EQ(readBytes((configHome() + "/autostart").toStdString()), "not a folder");
@@ -98,26 +97,21 @@ TEST_F(XdgAutostartTest, UnwritableLocationsFailWithAReasonAndChangeNothing)
     // A folder in place of the entry cannot be removed as a file.
     QTemporaryDir other;
     ASSERT_TRUE(QDir().mkpath(other.filePath("autostart/navro.desktop/inside")));
-    XdgAutostart stuck("/usr/bin/navro", other.path());
-    const auto removal = stuck.setEnabled(false);
-    ASSERT_TRUE(removal.has_value());
+    EXPECT_TRUE(XdgAutostart("/usr/bin/navro", other.path()).setEnabled(false).has_value());
     EXPECT_TRUE(QDir(other.filePath("autostart/navro.desktop")).exists());
 }
 
 TEST_F(XdgAutostartTest, ASpecialFileInPlaceOfTheEntryIsNeitherReadNorTouched)
 {
-    ASSERT_TRUE(home.isValid());
     ASSERT_TRUE(QDir().mkpath(configHome() + "/autostart"));
     ASSERT_EQ(::mkfifo(entry().toUtf8().constData(), 0600), 0);
-    XdgAutostart item("/usr/bin/navro", configHome());
 
     // Opening the FIFO for reading would block here.
     EXPECT_FALSE(item.isEnabled());
     const auto enabling = item.setEnabled(true);
     ASSERT_TRUE(enabling.has_value());
     EXPECT_TRUE(enabling->contains("FIFO")) << enabling->toStdString();
-    const auto disabling = item.setEnabled(false);
-    ASSERT_TRUE(disabling.has_value());
+    EXPECT_TRUE(item.setEnabled(false).has_value());
     struct stat info {};
     ASSERT_EQ(::lstat(entry().toUtf8().constData(), &info), 0);
     EXPECT_TRUE(S_ISFIFO(info.st_mode)) << "still the FIFO it was";
