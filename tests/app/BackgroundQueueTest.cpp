@@ -3,7 +3,6 @@
 #include "QtTestApplication.h"
 
 #include <QCoreApplication>
-#include <QElapsedTimer>
 #include <QThread>
 #include <atomic>
 #include <gtest/gtest.h>
@@ -11,16 +10,6 @@
 
 namespace navro {
 namespace {
-
-// Delivers queued results until `done` holds (the jobs run on a thread of the queue's own).
-template <typename Condition> bool deliverUntil(Condition done)
-{
-    QElapsedTimer waited;
-    waited.start();
-    while (!done() && waited.elapsed() < 10000)
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
-    return done();
-}
 
 TEST(BackgroundQueueTest, WorksAwayFromTheMainThreadAndHandsTheResultBackInOrder)
 {
@@ -40,7 +29,7 @@ TEST(BackgroundQueueTest, WorksAwayFromTheMainThreadAndHandsTheResultBackInOrder
                 thenOnMain.push_back(QThread::currentThread() == qApp->thread());
                 done.push_back(name);
             });
-    ASSERT_TRUE(deliverUntil([&] { return done.size() == 3; }));
+    ASSERT_TRUE(waitFor([&] { return done.size() == 3; }));
     EXPECT_EQ(done, (std::vector<std::string>{"first", "second", "third"}));
     EXPECT_EQ(workOnMain, (std::vector<bool>{false, false, false}));
     EXPECT_EQ(thenOnMain, (std::vector<bool>{true, true, true}));
@@ -59,12 +48,12 @@ TEST(BackgroundQueueTest, AHeldQueueStartsNothingUntilReleased)
     EXPECT_TRUE(delivered.empty());
 
     queue.release();
-    ASSERT_TRUE(deliverUntil([&] { return delivered.size() == 2; }));
+    ASSERT_TRUE(waitFor([&] { return delivered.size() == 2; }));
     EXPECT_EQ(worked, 2);
     EXPECT_EQ(delivered, (std::vector<int>{1, 2}));
     // Released for good: a later job starts at once.
     queue.run([&] { ++worked; }, [&] { delivered.push_back(3); });
-    ASSERT_TRUE(deliverUntil([&] { return delivered.size() == 3; }));
+    ASSERT_TRUE(waitFor([&] { return delivered.size() == 3; }));
 }
 
 } // namespace

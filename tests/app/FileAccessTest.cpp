@@ -79,28 +79,22 @@ TEST_F(FileAccessTest, AtomicWritesArePrivateAndReplaceTheWholeFile)
     EXPECT_EQ(std::distance(fs::directory_iterator(folder_), fs::directory_iterator()), 1);
 }
 
-TEST_F(FileAccessTest, AtomicWritesLeaveWhateverIsInTheWayAlone)
+TEST_F(FileAccessTest, AFailedWriteSaysWhyAndLeavesWhateverIsInTheWayAlone)
 {
-    const fs::path fifo = folder_ / "notes.json";
-    ASSERT_EQ(::mkfifo(fifo.c_str(), 0600), 0);
-    const auto error = writeFileAtomically(fifo, "{}");
-    ASSERT_TRUE(error.has_value());
-    EXPECT_EQ(*error, "a FIFO is in the way");
-    EXPECT_TRUE(fs::is_fifo(fifo));
-
+    ASSERT_EQ(::mkfifo((folder_ / "notes.json").c_str(), 0600), 0);
     fs::create_directory(folder_ / "shelf.json");
-    EXPECT_EQ(writeFileAtomically(folder_ / "shelf.json", "{}"), "a folder is in the way");
-}
-
-TEST_F(FileAccessTest, AFailedWriteSaysWhyAndLeavesNothingBehind)
-{
     // A plain file where the folder should be: no user, root included, can write below it.
     put("Navro", "not a folder");
-    const auto error = writeFileAtomically(folder_ / "Navro/notes.json", "{}");
-    ASSERT_TRUE(error.has_value());
-    EXPECT_EQ(*error, "Not a directory");
+    for (const auto& [target, error] :
+         std::vector<std::pair<std::string, std::string>>{{"notes.json", "a FIFO is in the way"},
+                                                          {"shelf.json", "a folder is in the way"},
+                                                          {"Navro/notes.json", "Not a directory"}})
+        EXPECT_EQ(writeFileAtomically(folder_ / target, "{}"), error) << target;
+    EXPECT_TRUE(fs::is_fifo(folder_ / "notes.json"));
+    EXPECT_TRUE(fs::is_directory(folder_ / "shelf.json"));
     EXPECT_EQ(readBytes(folder_ / "Navro"), "not a folder");
-    EXPECT_EQ(std::distance(fs::directory_iterator(folder_), fs::directory_iterator()), 1);
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder_), fs::directory_iterator()), 3)
+        << "no temporary is left behind";
 }
 
 TEST_F(FileAccessTest, OnlyTheTemporariesOfAtomicWritesAreRemovedAsAbandoned)
@@ -167,8 +161,11 @@ TEST(SafeStorageName, KeepsTheExtensionAndUsesWholeSeconds)
 TEST_F(FileAccessTest, AnUnreadableFileIsCopiedAsideAndLeftInPlace)
 {
     CapturingLogSink log;
-    const fs::path file = put("notes.json", "{\"todos\": [");
     const WallTime at{std::chrono::seconds(1'700'000'000)};
+    SafeStorage::backUpUnreadable(folder_ / "notes.json", at);
+    EXPECT_TRUE(fs::is_empty(folder_)) << "a missing file is no damage: nothing to copy or log";
+
+    const fs::path file = put("notes.json", "{\"todos\": [");
     SafeStorage::backUpUnreadable(file, at);
     // The same second again: the copy fails quietly, the first backup stays, the line is logged.
     put("notes.json", "changed since");
@@ -180,14 +177,6 @@ TEST_F(FileAccessTest, AnUnreadableFileIsCopiedAsideAndLeftInPlace)
     EXPECT_EQ(readBytes(file), "changed since");
     const std::string line = "Navro: could not read notes.json; kept a copy at " + backup;
     EXPECT_EQ(log.lines, (std::vector<std::string>{line, line}));
-}
-
-TEST_F(FileAccessTest, NothingIsBackedUpOrLoggedForAMissingFile)
-{
-    CapturingLogSink log;
-    SafeStorage::backUpUnreadable(folder_ / "notes.json", WallTime{});
-    EXPECT_TRUE(log.lines.empty());
-    EXPECT_TRUE(fs::is_empty(folder_));
 }
 
 } // namespace

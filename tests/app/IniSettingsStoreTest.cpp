@@ -9,6 +9,7 @@
 #include "app/Version.h"
 
 #include <csignal>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -18,6 +19,8 @@ namespace navro {
 namespace {
 
 namespace fs = std::filesystem;
+using ::testing::HasSubstr;
+using ::testing::Not;
 using namespace std::chrono_literals;
 
 class IniSettingsStoreTest : public ::testing::Test {
@@ -198,12 +201,12 @@ TEST_F(IniSettingsStoreTest, SpecialFilesAreNeitherOpenedNorReplaced)
         IniSettingsStore store(clock_, file());
         EXPECT_EQ(store.readBool("notchEnabled").state(), StoreRead<bool>::State::missing);
         ASSERT_EQ(log.lines.size(), 1u);
-        EXPECT_NE(log.lines[0].find(file().string()), std::string::npos) << log.lines[0];
-        EXPECT_NE(log.lines[0].find(c.kind), std::string::npos) << log.lines[0];
+        EXPECT_THAT(log.lines[0], HasSubstr(file().string()));
+        EXPECT_THAT(log.lines[0], HasSubstr(c.kind));
 
         store.writeBool("notchEnabled", false);
         EXPECT_FALSE(store.saveNow());
-        EXPECT_NE(store.saveProblem().toStdString().find(c.kind), std::string::npos);
+        EXPECT_THAT(store.saveProblem().toStdString(), HasSubstr(c.kind));
         EXPECT_FALSE(fs::is_regular_file(fs::symlink_status(file()))) << "left as it was";
         EXPECT_FALSE(store.readBool("notchEnabled").value()) << "the change is kept in memory";
     }
@@ -225,10 +228,10 @@ TEST_F(IniSettingsStoreTest, ADamagedFileSaysWhatWasKeptAndIsCopiedBeforeItIsRew
     EXPECT_EQ(store.readString("language").state(), StoreRead<QString>::State::missing);
     ASSERT_EQ(log.lines.size(), 1u);
     const std::string& line = log.lines[0];
-    EXPECT_NE(line.find("kept notchEnabled, theme"), std::string::npos) << line;
-    EXPECT_NE(line.find("line 3 \"hoverDelay 0.5\""), std::string::npos) << line;
-    EXPECT_NE(line.find("line 4 \"language=\"arabic\""), std::string::npos) << line;
-    EXPECT_EQ(line.find("using the defaults"), std::string::npos) << line;
+    EXPECT_THAT(line, HasSubstr("kept notchEnabled, theme"));
+    EXPECT_THAT(line, HasSubstr("line 3 \"hoverDelay 0.5\""));
+    EXPECT_THAT(line, HasSubstr("line 4 \"language=\"arabic\""));
+    EXPECT_THAT(line, Not(HasSubstr("using the defaults")));
     EXPECT_EQ(entries(), 1) << "nothing is copied at start";
 
     const WallTime firstWrite = clock_.now() + IniSettingsStore::saveDelay;
@@ -258,13 +261,11 @@ TEST_F(IniSettingsStoreTest, AFailedWriteIsLoggedOnceShownAndRetriedUntilItWorks
     store.writeBool("notchEnabled", false);
     settle();
     EXPECT_TRUE(store.hasUnsavedChanges());
-    EXPECT_NE(store.saveProblem().toStdString().find("a folder"), std::string::npos);
-    EXPECT_NE(store.saveProblem().toStdString().find(file().string()), std::string::npos);
+    EXPECT_THAT(store.saveProblem().toStdString(), HasSubstr("a folder"));
+    EXPECT_THAT(store.saveProblem().toStdString(), HasSubstr(file().string()));
     EXPECT_EQ(problemChanges, 1);
     ASSERT_EQ(log.lines.size(), 1u);
-    EXPECT_NE(log.lines[0].find("settings cannot be saved to " + file().string()),
-              std::string::npos)
-        << log.lines[0];
+    EXPECT_THAT(log.lines[0], HasSubstr("settings cannot be saved to " + file().string()));
 
     // Retried with growing pauses, quietly.
     clock_.advance(IniSettingsStore::firstRetryDelay);
@@ -313,11 +314,10 @@ TEST_F(IniSettingsStoreTest, AFullDiskIsAFailureLikeAnyOther)
     std::signal(SIGXFSZ, previous);
 
     EXPECT_FALSE(writtenWhileFull);
-    EXPECT_NE(store.saveProblem().toStdString().find("File too large"), std::string::npos)
-        << store.saveProblem().toStdString();
+    EXPECT_THAT(store.saveProblem().toStdString(), HasSubstr("File too large"));
     EXPECT_FALSE(fs::exists(file())) << "no half-written file";
     EXPECT_TRUE(store.saveNow()) << "with room again, the change is written";
-    EXPECT_NE(readBytes(file()).find(std::string(200, 'x')), std::string::npos);
+    EXPECT_THAT(readBytes(file()), HasSubstr(std::string(200, 'x')));
 }
 
 TEST(IniSettingsStorePath, FollowsXdgConfigHome)
