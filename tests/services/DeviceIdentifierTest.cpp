@@ -1,11 +1,12 @@
 #include "services/DeviceIdentifier.h"
 
+#include "TemporaryFolder.h"
 #include "app/FileAccess.h"
 #include "app/Log.h"
 
-#include <QTemporaryDir>
 #include <cstdlib>
 #include <filesystem>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <systemd/sd-id128.h>
 
@@ -18,12 +19,6 @@ Id128 idFromHex(std::string_view hex)
 {
     return parseMachineId(hex).value();
 }
-
-// A fresh folder, removed with everything in it at the end of the test.
-struct TemporaryFolder {
-    QTemporaryDir dir;
-    fs::path path{dir.path().toStdString()};
-};
 
 TEST(DeviceIdentifier, MachineIdFilesAreReadOnlyWhenTheyHoldAnId)
 {
@@ -73,9 +68,9 @@ TEST(DeviceIdentifier, AgreesWithSystemdOnThisMachine)
 TEST(DeviceIdentifier, StableForOneApplicationAndUnrelatedForAnother)
 {
     TemporaryFolder folder;
-    const fs::path file = folder.path / "machine-id";
+    const fs::path file = folder / "machine-id";
     ASSERT_FALSE(writeFileAtomically(file, "3d1219c7c4c5404aaa1f6d2a48adfda4\n", 0644));
-    const std::array<fs::path, 2> files{file, folder.path / "none"};
+    const std::array<fs::path, 2> files{file, folder / "none"};
 
     const auto first = deviceIdentifier(files);
     const auto second = deviceIdentifier(files);
@@ -88,17 +83,10 @@ TEST(DeviceIdentifier, StableForOneApplicationAndUnrelatedForAnother)
     ASSERT_TRUE(other);
     EXPECT_NE(*first, *other);
 
-    // Upper-case canonical UUID of version 4, never the machine id itself.
-    ASSERT_EQ(first->size(), 36u);
-    for (std::size_t i = 0; i < first->size(); ++i) {
-        const char c = (*first)[i];
-        if (i == 8 || i == 13 || i == 18 || i == 23)
-            EXPECT_EQ(c, '-');
-        else
-            EXPECT_TRUE((c >= '0' && c <= '9') || (c >= 'A' && c <= 'F')) << *first;
-    }
-    EXPECT_EQ((*first)[14], '4');
-    EXPECT_NE(std::string("89AB").find((*first)[19]), std::string::npos);
+    // Upper-case canonical UUID of version 4 and the RFC 4122 variant, never the machine id.
+    EXPECT_THAT(*first,
+                ::testing::MatchesRegex("[0-9A-F]{8}-[0-9A-F]{4}-4[0-9A-F]{3}-[89AB][0-9A-F]{3}-"
+                                        "[0-9A-F]{12}"));
     std::string plain = *first;
     std::erase(plain, '-');
     EXPECT_NE(plain, "3D1219C7C4C5404AAA1F6D2A48ADFDA4");
@@ -107,19 +95,19 @@ TEST(DeviceIdentifier, StableForOneApplicationAndUnrelatedForAnother)
 TEST(DeviceIdentifier, FallsBackToTheBusMachineIdAndSaysWhyThereIsNone)
 {
     TemporaryFolder folder;
-    const fs::path damaged = folder.path / "etc-machine-id";
-    const fs::path bus = folder.path / "dbus-machine-id";
+    const fs::path damaged = folder / "etc-machine-id";
+    const fs::path bus = folder / "dbus-machine-id";
     ASSERT_FALSE(writeFileAtomically(damaged, "\n", 0644));
     ASSERT_FALSE(writeFileAtomically(bus, "0123456789abcdef0123456789abcdef\n", 0644));
     EXPECT_EQ(deviceIdentifier({damaged, bus}), "D97B06D4-199B-457A-89BC-CB39A951EC93");
 
     CapturingLogSink log;
-    EXPECT_EQ(deviceIdentifier({damaged, folder.path / "missing"}), std::nullopt);
+    EXPECT_EQ(deviceIdentifier({damaged, folder / "missing"}), std::nullopt);
     ASSERT_EQ(log.lines.size(), 1u);
     EXPECT_TRUE(log.contains("no device identifier")) << log.lines[0];
     EXPECT_TRUE(log.contains("holds no machine id")) << log.lines[0];
     // A folder where the file should be is no file, and is not read.
-    EXPECT_EQ(deviceIdentifier({folder.path, folder.path}), std::nullopt);
+    EXPECT_EQ(deviceIdentifier({folder.path(), folder.path()}), std::nullopt);
 }
 
 } // namespace

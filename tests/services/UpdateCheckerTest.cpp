@@ -55,10 +55,15 @@ struct Checking {
     UpdateChecker checker;
 };
 
-TEST(UpdateChecker, TellsANewerVersionFromTheSameOrAnOlderOne)
-{
-    testApplication();
+// Each case talks to a local server of its own.
+class UpdateCheckerTest : public ::testing::Test {
+protected:
+    QCoreApplication& application = testApplication();
     LocalHttpServer server;
+};
+
+TEST_F(UpdateCheckerTest, TellsANewerVersionFromTheSameOrAnOlderOne)
+{
     server.answers[QStringLiteral("/newer")] = {200, feedOf("0.2.0")};
     server.answers[QStringLiteral("/same")] = {200, feedOf("0.1")};
     server.answers[QStringLiteral("/older")] = {200, feedOf("0.0.9")};
@@ -89,10 +94,8 @@ TEST(UpdateChecker, TellsANewerVersionFromTheSameOrAnOlderOne)
     EXPECT_TRUE(server.lastRequest.startsWith("GET /newer "));
 }
 
-TEST(UpdateChecker, AFailureIsOneLogLineAndCouldNotCheck)
+TEST_F(UpdateCheckerTest, AFailureIsOneLogLineAndCouldNotCheck)
 {
-    testApplication();
-    LocalHttpServer server;
     server.answers[QStringLiteral("/malformed")] = {200, "{\"version\": \"0.2.0\", \"link\""};
     server.answers[QStringLiteral("/error")] = {500, feedOf("0.2.0")};
     server.answers[QStringLiteral("/huge")] = {200, QByteArray(200 * 1024, ' ') + feedOf("0.2.0")};
@@ -120,10 +123,8 @@ TEST(UpdateChecker, AFailureIsOneLogLineAndCouldNotCheck)
     }
 }
 
-TEST(UpdateChecker, ChecksOnceADayWhileAutoUpdateIsOn)
+TEST_F(UpdateCheckerTest, ChecksOnceADayWhileAutoUpdateIsOn)
 {
-    testApplication();
-    LocalHttpServer server;
     server.answers[QStringLiteral("/feed")] = {200, feedOf("0.1.0")};
     Checking run(server.url(QStringLiteral("/feed")));
     run.checker.start();
@@ -148,10 +149,8 @@ TEST(UpdateChecker, ChecksOnceADayWhileAutoUpdateIsOn)
     EXPECT_EQ(run.clock.pendingCount(), 0u);
 }
 
-TEST(UpdateChecker, AfterARecentCheckTheNextWaitsForItsDay)
+TEST_F(UpdateCheckerTest, AfterARecentCheckTheNextWaitsForItsDay)
 {
-    testApplication();
-    LocalHttpServer server;
     server.answers[QStringLiteral("/feed")] = {200, feedOf("0.3.0")};
     ManualClock reference;
     Checking run(server.url(QStringLiteral("/feed")), true, secondsOf(reference.now()) - 2 * 3600);
@@ -173,9 +172,8 @@ TEST(UpdateChecker, AfterARecentCheckTheNextWaitsForItsDay)
     EXPECT_EQ(off.checker.state(), QStringLiteral("idle"));
 }
 
-TEST(UpdateChecker, WithoutAFeedNothingIsEverRequested)
+TEST_F(UpdateCheckerTest, WithoutAFeedNothingIsEverRequested)
 {
-    testApplication();
     Checking run{QUrl()};
     EXPECT_FALSE(run.checker.hasFeed());
     run.checker.start();

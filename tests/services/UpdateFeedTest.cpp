@@ -51,26 +51,23 @@ TEST(VersionNumber, ComparesNumberByNumberWithMissingOnesAsZero)
     EXPECT_EQ(version("1.02"), version("1.2"));
 }
 
-TEST(UpdateFeed, AFullFeedIsReadWithItsNotesInBothLanguages)
+TEST(UpdateFeed, AFullFeedIsReadWithItsNotesInBothLanguagesThoughOnlyVersionAndLinkAreRequired)
 {
-    const auto reading = parseUpdateFeed(R"({"version": "0.2.0", "date": "2026-12-01",
+    const auto full = parseUpdateFeed(R"({"version": "0.2.0", "date": "2026-12-01",
         "notes": {"en": "Faster start", "ar": "بدء أسرع"},
         "link": "https://navro.example/download?v=0.2.0"})");
-    ASSERT_TRUE(reading.offer) << reading.error;
-    EXPECT_EQ(reading.offer->version.text(), "0.2.0");
-    EXPECT_EQ(reading.offer->date, "2026-12-01");
-    EXPECT_EQ(reading.offer->notesEnglish, "Faster start");
-    EXPECT_EQ(reading.offer->notesArabic, "بدء أسرع");
-    EXPECT_EQ(reading.offer->link, "https://navro.example/download?v=0.2.0");
-}
+    ASSERT_TRUE(full.offer) << full.error;
+    EXPECT_EQ(full.offer->version.text(), "0.2.0");
+    EXPECT_EQ(full.offer->date, "2026-12-01");
+    EXPECT_EQ(full.offer->notesEnglish, "Faster start");
+    EXPECT_EQ(full.offer->notesArabic, "بدء أسرع");
+    EXPECT_EQ(full.offer->link, "https://navro.example/download?v=0.2.0");
 
-TEST(UpdateFeed, OnlyVersionAndLinkAreRequired)
-{
-    const auto reading = parseUpdateFeed(R"({"version": "1", "link": "http://h/x", "extra": [1]})");
-    ASSERT_TRUE(reading.offer) << reading.error;
-    EXPECT_EQ(reading.offer->date, "");
-    EXPECT_EQ(reading.offer->notesEnglish, "");
-    EXPECT_EQ(reading.offer->notesArabic, "");
+    const auto least = parseUpdateFeed(R"({"version": "1", "link": "http://h/x", "extra": [1]})");
+    ASSERT_TRUE(least.offer) << least.error;
+    EXPECT_EQ(least.offer->date, "");
+    EXPECT_EQ(least.offer->notesEnglish, "");
+    EXPECT_EQ(least.offer->notesArabic, "");
 }
 
 TEST(UpdateFeed, AnythingMalformedIsNoOfferWithAReason)
@@ -122,7 +119,7 @@ std::vector<std::string> versionsShown(std::string_view lastSeen, std::string_vi
     return shown;
 }
 
-TEST(ReleaseNotes, AfterAnUpdateTheVersionsSinceTheLastSeenOneShowNewestFirst)
+TEST(ReleaseNotes, TheVersionsSinceTheLastSeenOneShowNewestFirst)
 {
     using Versions = std::vector<std::string>;
     EXPECT_EQ(versionsShown("0.2.0", "0.3.0"), (Versions{"0.3.0", "0.2.1"}));
@@ -133,11 +130,7 @@ TEST(ReleaseNotes, AfterAnUpdateTheVersionsSinceTheLastSeenOneShowNewestFirst)
     EXPECT_EQ(versionsShown("", "0.3.0"), Versions{});
     EXPECT_EQ(versionsShown("0.3.0", "0.3.0"), Versions{});
     EXPECT_EQ(versionsShown("0.3", "0.3.0"), Versions{});
-}
-
-TEST(ReleaseNotes, AfterADowngradeOrADamagedRecordOnlyTheRunningVersionsNotesShow)
-{
-    using Versions = std::vector<std::string>;
+    // After a downgrade or with a damaged record, only the running version's notes.
     EXPECT_EQ(versionsShown("0.4.0", "0.2.0"), (Versions{"0.2.0"}));
     EXPECT_EQ(versionsShown("garbage", "0.3.0"), (Versions{"0.3.0"}));
     // A running version without notes of its own has nothing to tell after a downgrade: the

@@ -4,12 +4,12 @@
 #include "LocalHttpServer.h"
 #include "ManualClock.h"
 #include "QtTestApplication.h"
+#include "TemporaryFolder.h"
 #include "app/AppSettings.h"
 #include "app/FileAccess.h"
 #include "app/Log.h"
 
 #include <QDateTime>
-#include <QTemporaryDir>
 #include <filesystem>
 #include <gtest/gtest.h>
 
@@ -19,19 +19,13 @@ namespace {
 using namespace std::chrono_literals;
 namespace fs = std::filesystem;
 
-// A fresh folder, removed with everything in it at the end of the test.
-struct TemporaryFolder {
-    QTemporaryDir dir;
-    fs::path path{dir.path().toStdString()};
-};
-
 // Statistics reported to `endpoint`, kept in a fresh folder, on a clock that starts at 10:00
 // local time.
 struct Collecting {
     explicit Collecting(const QUrl& endpoint, bool share = true)
         : clock(tenInTheMorning()),
           settings(store, [] { return QStringList{QStringLiteral("ar-BH")}; }),
-          usage(settings, clock, endpoint, folder.path / "usage.json", "0.1.0", 400ms)
+          usage(settings, clock, endpoint, folder / "usage.json", "0.1.0", 400ms)
     {
         settings.setShareUsageStats(share);
     }
@@ -51,7 +45,7 @@ struct Collecting {
         clock.advance(std::chrono::milliseconds(now.msecsTo(midnight)));
     }
 
-    fs::path file() const { return folder.path / "usage.json"; }
+    fs::path file() const { return folder / "usage.json"; }
 
     UsageRecord kept() const
     {
@@ -67,10 +61,15 @@ struct Collecting {
     UsageStatistics usage;
 };
 
-TEST(UsageStatistics, CountsAreKeptAndTheFinishedDayIsSentOnceAfterMidnight)
-{
-    testApplication();
+// Each case talks to a local server of its own.
+class UsageStatisticsTest : public ::testing::Test {
+protected:
+    QCoreApplication& application = testApplication();
     LocalHttpServer server;
+};
+
+TEST_F(UsageStatisticsTest, CountsAreKeptAndTheFinishedDayIsSentOnceAfterMidnight)
+{
     server.answers[QStringLiteral("/report")] = {204, {}};
     Collecting run(server.url(QStringLiteral("/report")));
     run.usage.start();
@@ -118,10 +117,8 @@ TEST(UsageStatistics, CountsAreKeptAndTheFinishedDayIsSentOnceAfterMidnight)
     EXPECT_EQ(server.connections, 2);
 }
 
-TEST(UsageStatistics, AFailedReportKeepsTheDaysForTheNextDay)
+TEST_F(UsageStatisticsTest, AFailedReportKeepsTheDaysForTheNextDay)
 {
-    testApplication();
-    LocalHttpServer server;
     server.answers[QStringLiteral("/report")] = {500, "down"};
     for (const char* path : {"/report", "/silent"}) {
         CapturingLogSink log;
@@ -153,10 +150,8 @@ TEST(UsageStatistics, AFailedReportKeepsTheDaysForTheNextDay)
     }
 }
 
-TEST(UsageStatistics, NothingIsCountedKeptOrSentWhenOffOrWithoutAnAddress)
+TEST_F(UsageStatisticsTest, NothingIsCountedKeptOrSentWhenOffOrWithoutAnAddress)
 {
-    testApplication();
-    LocalHttpServer server;
     for (bool hasEndpoint : {false, true}) {
         Collecting run(hasEndpoint ? server.url(QStringLiteral("/report")) : QUrl(),
                        hasEndpoint ? false : true);
@@ -174,10 +169,8 @@ TEST(UsageStatistics, NothingIsCountedKeptOrSentWhenOffOrWithoutAnAddress)
     EXPECT_EQ(server.connections, 0);
 }
 
-TEST(UsageStatistics, TurningTheSettingOffDeletesWhatWasKept)
+TEST_F(UsageStatisticsTest, TurningTheSettingOffDeletesWhatWasKept)
 {
-    testApplication();
-    LocalHttpServer server;
     Collecting run(server.url(QStringLiteral("/report")));
     run.usage.start();
     run.usage.noteTabOpened(QStringLiteral("clipboard"));
@@ -203,10 +196,8 @@ TEST(UsageStatistics, TurningTheSettingOffDeletesWhatWasKept)
     EXPECT_EQ(run.kept().days[0].launches, 0);
 }
 
-TEST(UsageStatistics, ADamagedFileIsKeptAsideAndCountingStartsAnew)
+TEST_F(UsageStatisticsTest, ADamagedFileIsKeptAsideAndCountingStartsAnew)
 {
-    testApplication();
-    LocalHttpServer server;
     CapturingLogSink log;
     Collecting run(server.url(QStringLiteral("/report")));
     ASSERT_FALSE(writeFileAtomically(run.file(), "{\"days\": [{\"date\": 1}]"));
@@ -215,7 +206,7 @@ TEST(UsageStatistics, ADamagedFileIsKeptAsideAndCountingStartsAnew)
     EXPECT_TRUE(log.contains("usage.json is damaged")) << (log.lines.empty() ? "" : log.lines[0]);
     EXPECT_EQ(run.kept().days.size(), 1u);
     int copies = 0;
-    for (const auto& entry : fs::directory_iterator(run.folder.path))
+    for (const auto& entry : fs::directory_iterator(run.folder.path()))
         copies += entry.path().filename().string().starts_with("usage.unreadable-");
     EXPECT_EQ(copies, 1);
     // Names that are not Navro's own words are not counted.

@@ -19,61 +19,56 @@ std::vector<ReleaseNotes> shippedNotes()
     return parseReleaseNotes(file.readAll().toStdString());
 }
 
-// One launch of a given version on the settings a user has.
-bool launch(FakeSettingsStore& store, std::string_view version, QVariantList* entries = nullptr)
+// One launch of a given version on the settings a user has: the versions whose notes it shows.
+QStringList launch(FakeSettingsStore& store, std::string_view version)
 {
     AppSettings settings(store, [] { return QStringList{QStringLiteral("en-GB")}; });
     WhatsNew whatsNew(settings, shippedNotes(), version);
     const bool shown = whatsNew.checkAtStart();
-    if (entries)
-        *entries = whatsNew.entries();
-    return shown;
+    QStringList versions;
+    for (const QVariant& entry : whatsNew.entries())
+        versions << entry.toMap().value(QStringLiteral("version")).toString();
+    EXPECT_EQ(shown, !versions.isEmpty());
+    return versions;
+}
+
+QString lastSeen(const FakeSettingsStore& store)
+{
+    return std::get<QString>(store.values.at(QStringLiteral("lastSeenVersion")));
 }
 
 TEST(WhatsNew, NeverOnAFreshInstallButOnceAfterAnUpdate)
 {
     testApplication();
     FakeSettingsStore store;
-    const std::string running(applicationVersion());
-    EXPECT_FALSE(launch(store, running));
-    EXPECT_EQ(std::get<QString>(store.values.at(QStringLiteral("lastSeenVersion"))),
-              QString::fromStdString(running));
-    EXPECT_FALSE(launch(store, running));
+    const QString running = QString::fromLatin1(applicationVersion());
+    EXPECT_EQ(launch(store, applicationVersion()), QStringList());
+    EXPECT_EQ(lastSeen(store), running);
+    EXPECT_EQ(launch(store, applicationVersion()), QStringList());
 
     // The user had an older version: this launch shows the window, the next does not.
     store.values[QStringLiteral("lastSeenVersion")] = QStringLiteral("0.0.1");
-    QVariantList entries;
-    EXPECT_TRUE(launch(store, running, &entries));
-    ASSERT_FALSE(entries.isEmpty());
-    EXPECT_EQ(entries.front().toMap().value(QStringLiteral("version")).toString(),
-              QString::fromStdString(running));
-    EXPECT_FALSE(launch(store, running));
+    const QStringList shown = launch(store, applicationVersion());
+    ASSERT_FALSE(shown.isEmpty());
+    EXPECT_EQ(shown.front(), running);
+    EXPECT_EQ(launch(store, applicationVersion()), QStringList());
 }
 
+// After a downgrade only the running version's notes show, once; a version without notes only
+// moves the record on.
 TEST(WhatsNew, ADowngradeShowsTheRunningVersionsNotesOnce)
 {
     testApplication();
     FakeSettingsStore store;
-    const std::string running(applicationVersion());
+    const QString running = QString::fromLatin1(applicationVersion());
     store.values[QStringLiteral("lastSeenVersion")] = QStringLiteral("99.0");
-    QVariantList entries;
-    EXPECT_TRUE(launch(store, running, &entries));
-    ASSERT_EQ(entries.size(), 1);
-    EXPECT_EQ(entries.front().toMap().value(QStringLiteral("version")).toString(),
-              QString::fromStdString(running));
-    EXPECT_EQ(std::get<QString>(store.values.at(QStringLiteral("lastSeenVersion"))),
-              QString::fromStdString(running));
-    EXPECT_FALSE(launch(store, running));
-}
+    EXPECT_EQ(launch(store, applicationVersion()), QStringList{running});
+    EXPECT_EQ(lastSeen(store), running);
+    EXPECT_EQ(launch(store, applicationVersion()), QStringList());
 
-TEST(WhatsNew, AVersionWithoutNotesOnlyMovesTheRecordOn)
-{
-    testApplication();
-    FakeSettingsStore store;
     store.values[QStringLiteral("lastSeenVersion")] = QStringLiteral("99.0");
-    EXPECT_FALSE(launch(store, "0.0.2"));
-    EXPECT_EQ(std::get<QString>(store.values.at(QStringLiteral("lastSeenVersion"))),
-              QStringLiteral("0.0.2"));
+    EXPECT_EQ(launch(store, "0.0.2"), QStringList());
+    EXPECT_EQ(lastSeen(store), QStringLiteral("0.0.2"));
 }
 
 TEST(WhatsNew, TheShippedNotesCoverThisVersionInBothLanguages)
