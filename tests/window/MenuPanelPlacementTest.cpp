@@ -12,35 +12,25 @@ using namespace std::chrono_literals;
 const QRect screen(0, 0, 1920, 1080);
 const QSize panel(272, 230);
 
-TEST(MenuPanelPlacementTest, OpensUnderAnItemInATopPanelCentredOnIt)
+// Under an item of a top panel, centred on it; above one of a bottom panel; and always inside the
+// screen of its item, even at the screen's edge.
+TEST(MenuPanelPlacementTest, OpensNextToItsItemInsideItsScreen)
 {
-    const QRect frame = menuPanelFrame(QRect(900, 0, 24, 24), panel, screen, screen, false);
-    EXPECT_EQ(frame.top(), 30);
-    EXPECT_LE(std::abs(frame.center().x() - QRect(900, 0, 24, 24).center().x()), 1);
-    EXPECT_EQ(frame.size(), panel);
-}
+    const QRect top = menuPanelFrame(QRect(900, 0, 24, 24), panel, screen, screen, false);
+    EXPECT_EQ(top.top(), 30);
+    EXPECT_LE(std::abs(top.center().x() - QRect(900, 0, 24, 24).center().x()), 1);
+    EXPECT_EQ(top.size(), panel);
 
-TEST(MenuPanelPlacementTest, OpensAboveAnItemInABottomPanel)
-{
-    const QRect item(900, 1056, 24, 24);
-    const QRect available(0, 0, 1920, 1056);
-    const QRect frame = menuPanelFrame(item, panel, screen, available, false);
-    EXPECT_EQ(frame.bottom(), item.top() - 1 - 6);
-}
+    const QRect bottomItem(900, 1056, 24, 24);
+    const QRect bottom = menuPanelFrame(bottomItem, panel, screen, QRect(0, 0, 1920, 1056), false);
+    EXPECT_EQ(bottom.bottom(), bottomItem.top() - 1 - 6);
 
-TEST(MenuPanelPlacementTest, StaysInsideTheScreenAtItsEdge)
-{
-    const QRect frame = menuPanelFrame(QRect(1897, 1, 22, 22), panel, screen, screen, false);
-    EXPECT_EQ(frame.right(), screen.right());
-    const QRect leading = menuPanelFrame(QRect(0, 1, 22, 22), panel, screen, screen, false);
-    EXPECT_EQ(leading.left(), 0);
-}
-
-TEST(MenuPanelPlacementTest, StaysOnTheScreenOfItsItem)
-{
+    EXPECT_EQ(menuPanelFrame(QRect(1897, 1, 22, 22), panel, screen, screen, false).right(),
+              screen.right());
+    EXPECT_EQ(menuPanelFrame(QRect(0, 1, 22, 22), panel, screen, screen, false).left(), 0);
     const QRect second(1920, 0, 1280, 1024);
-    const QRect frame = menuPanelFrame(QRect(3170, 0, 24, 24), panel, second, second, false);
-    EXPECT_TRUE(second.contains(frame));
+    EXPECT_TRUE(
+        second.contains(menuPanelFrame(QRect(3170, 0, 24, 24), panel, second, second, false)));
 }
 
 TEST(MenuPanelPlacementTest, WithoutAnItemGeometryOpensInTheTopTrailingCorner)

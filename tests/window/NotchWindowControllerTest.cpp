@@ -114,7 +114,6 @@ TEST_F(NotchWindowControllerTest, WhatWaitsForTheNextFrameRunsOnceAfterIt)
 {
     int runs = 0;
     controller->afterNextFrame([&] { ++runs; });
-    EXPECT_EQ(runs, 0);
     // Two frames can be swapped before the event loop hears of the first.
     emit controller->panel()->frameSwapped();
     emit controller->panel()->frameSwapped();
@@ -124,23 +123,23 @@ TEST_F(NotchWindowControllerTest, WhatWaitsForTheNextFrameRunsOnceAfterIt)
     emit controller->panel()->frameSwapped();
     QCoreApplication::processEvents();
     EXPECT_EQ(runs, 1);
-}
 
-TEST_F(NotchWindowControllerTest, WithoutANotchOnScreenWhatWaitsForItRunsAtTheNextTurn)
-{
+    // Without a notch on screen no frame comes: it runs at the next turn.
     settings.setNotchEnabled(false);
-    int runs = 0;
     controller->afterNextFrame([&] { ++runs; });
-    EXPECT_EQ(runs, 0);
-    QCoreApplication::processEvents();
     EXPECT_EQ(runs, 1);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(runs, 2);
 }
 
+// Input is shaped to the notch drawn, and the pointer query answers with the same hot zone.
 TEST_F(NotchWindowControllerTest, TakesPointerInputOnlyOverTheDrawnNotch)
 {
     EXPECT_EQ(lastRegion(), QRegion(local(model.closedRect())));
+    EXPECT_EQ(controller->hotZone(), model.hotZoneRect());
     model.open(false, false);
     EXPECT_EQ(lastRegion(), QRegion(QRect(20, 0, 688, 260)));
+    EXPECT_EQ(controller->hotZone(), model.openRect().adjusted(-20, 0, 20, 20));
     model.close();
     EXPECT_EQ(lastRegion(), QRegion(local(model.closedRect())));
 
@@ -164,7 +163,8 @@ TEST_F(NotchWindowControllerTest, TurningTheNotchOffHidesAndClosesItAndOnShowsIt
     EXPECT_EQ(visibilityChanges, 2);
 }
 
-TEST_F(NotchWindowControllerTest, AClickOnTheClosedNotchOpensItWithFocus)
+// A click on the closed notch opens it with focus, unless it shows a recording: that it stops.
+TEST_F(NotchWindowControllerTest, AClickOnTheClosedNotchOpensItWithFocusOrStopsTheRecording)
 {
     std::vector<bool> focus;
     auto installed = model.onStatusChange;
@@ -172,24 +172,18 @@ TEST_F(NotchWindowControllerTest, AClickOnTheClosedNotchOpensItWithFocus)
         focus.push_back(withFocus);
         installed(status, withFocus);
     };
-    press(local(model.closedRect()).center());
-    EXPECT_TRUE(model.isOpen());
-    EXPECT_FALSE(model.openedByHover());
-    EXPECT_EQ(focus, std::vector<bool>{true});
-}
-
-TEST_F(NotchWindowControllerTest, AClickOnTheClosedRecordingStopsItInsteadOfOpening)
-{
     int stops = 0;
     controller->onRecordingPressed = [&] { ++stops; };
     model.setActivity(ClosedActivity::recording());
     press(local(model.closedRect()).center());
     EXPECT_EQ(stops, 1);
     EXPECT_FALSE(model.isOpen());
-    // Any other activity opens as before.
+
     model.setActivity(ClosedActivity::ofToast(ActivityCenter::makeToast("bell", "Hi", "")));
     press(local(model.closedRect()).center());
     EXPECT_TRUE(model.isOpen());
+    EXPECT_FALSE(model.openedByHover());
+    EXPECT_EQ(focus, std::vector<bool>{true});
     EXPECT_EQ(stops, 1);
 }
 
@@ -234,14 +228,9 @@ TEST_F(NotchWindowControllerTest, ThePointerLeavingTheOpenPanelFarAwaySchedulesT
     EXPECT_FALSE(model.isOpen());
 }
 
-TEST_F(NotchWindowControllerTest, ThePointerQueryAnswersWithTheViewModelsHotZone)
-{
-    EXPECT_EQ(controller->hotZone(), model.hotZoneRect());
-    model.open(false, false);
-    EXPECT_EQ(controller->hotZone(), model.openRect().adjusted(-20, 0, 20, 20));
-}
-
-TEST_F(NotchWindowControllerTest, FocusGoesBackToItsOwnerWhenTheFocusedNotchCloses)
+// Qt does not hear of every focus change made behind its back (focus handed to the pointer root,
+// say), so the panel may still count as active when the notch opens again: it takes focus anyway.
+TEST_F(NotchWindowControllerTest, FocusGoesBackToItsOwnerAndIsTakenAgainOnEveryFocusedOpen)
 {
     model.open(false, true);
     QCoreApplication::processEvents();
@@ -250,15 +239,7 @@ TEST_F(NotchWindowControllerTest, FocusGoesBackToItsOwnerWhenTheFocusedNotchClos
     EXPECT_EQ(windowSystem.taken, 1);
     model.close();
     EXPECT_EQ(windowSystem.returned, 1);
-}
 
-TEST_F(NotchWindowControllerTest, EveryOpenWithFocusTakesItEvenWhileQtStillCountsThePanelActive)
-{
-    // Qt does not hear of every focus change made behind its back (focus handed to the pointer
-    // root, say), so the panel may still count as active when the notch opens again.
-    model.open(false, true);
-    QCoreApplication::processEvents();
-    model.close();
     ASSERT_TRUE(controller->panel()->isActive());
     model.open(false, true);
     EXPECT_EQ(windowSystem.taken, 2);

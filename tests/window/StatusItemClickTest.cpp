@@ -33,20 +33,20 @@ public:
 
 using Calls = std::vector<std::string>;
 
-TEST(StatusItemClickTest, BeforeOnboardingIsDoneAClickShowsOnboardingNeverTheMenu)
-{
-    RecordingHost host;
-    host.onboarded = false;
-    statusItemClicked(host, QRect(1890, 0, 24, 24));
-    statusItemClicked(host, QRect(1890, 0, 24, 24));
-    EXPECT_EQ(host.calls, (Calls{"onboarding", "onboarding"}));
-    EXPECT_FALSE(host.menuShown);
-}
-
-TEST(StatusItemClickTest, AfterOnboardingClicksToggleTheMenuAtTheItemClosingTheNotchFirst)
+// Before onboarding is done a click shows onboarding, never the menu; afterwards clicks toggle the
+// menu at the item, closing the notch first.
+TEST(StatusItemClickTest, AClickShowsOnboardingUntilItIsDoneThenTogglesTheMenuAtTheItem)
 {
     RecordingHost host;
     const QRect item(1890, 0, 24, 24);
+    host.onboarded = false;
+    statusItemClicked(host, item);
+    statusItemClicked(host, item);
+    EXPECT_EQ(host.calls, (Calls{"onboarding", "onboarding"}));
+    EXPECT_FALSE(host.menuShown);
+
+    host.onboarded = true;
+    host.calls.clear();
     statusItemClicked(host, item);
     EXPECT_EQ(host.calls, (Calls{"closeNotch", "showMenu"}));
     EXPECT_EQ(host.shownAt, item);
