@@ -43,9 +43,13 @@ protected:
     int published = 0;
 };
 
-TEST_F(ActivityCenterTest, StartsWithTheComputedValueWithoutPublishing)
+TEST_F(ActivityCenterTest, AtRestItPublishesNothingAndAnUnchangedInputCostsNoEvaluation)
 {
     EXPECT_EQ(center.current(), std::nullopt);
+    center.setRecording(false);
+    center.setNextMeeting(std::nullopt);
+    center.setPlaybackRate(std::nullopt);
+    EXPECT_EQ(clock.pendingCount(), 0u);
     clock.advance(1min);
     EXPECT_EQ(published, 0);
 }
@@ -80,18 +84,14 @@ TEST_F(ActivityCenterTest, PublishesOnlyRealChanges)
     EXPECT_EQ(published, 1);
 }
 
-TEST_F(ActivityCenterTest, AnInputSetToItsCurrentValueCostsNoEvaluation)
-{
-    center.setRecording(false);
-    center.setNextMeeting(std::nullopt);
-    center.setPlaybackRate(std::nullopt);
-    EXPECT_EQ(clock.pendingCount(), 0u);
-}
-
 TEST_F(ActivityCenterTest, TimeAloneWakesItOnlyForTheNextMeetingsWindow)
 {
-    // Without a meeting nothing changes with time, and nothing waits.
+    // Without a meeting, or with one that has ended, nothing changes with time and nothing waits.
     clock.advance(1h);
+    EXPECT_EQ(clock.pendingCount(), 0u);
+    center.setNextMeeting(meetingStartingIn(-20min));
+    clock.runDue();
+    EXPECT_EQ(center.current(), std::nullopt);
     EXPECT_EQ(clock.pendingCount(), 0u);
 
     // Enters its 10-minute window 20 s from now: one wake-up then, not a loop before it.
@@ -110,14 +110,6 @@ TEST_F(ActivityCenterTest, TimeAloneWakesItOnlyForTheNextMeetingsWindow)
     clock.advance(620s + 300s - 20s - 1s);
     EXPECT_EQ(kind(), Kind::meeting);
     clock.advance(15s);
-    EXPECT_EQ(center.current(), std::nullopt);
-    EXPECT_EQ(clock.pendingCount(), 0u);
-}
-
-TEST_F(ActivityCenterTest, AMeetingThatHasEndedWaitsForNothing)
-{
-    center.setNextMeeting(meetingStartingIn(-20min));
-    clock.runDue();
     EXPECT_EQ(center.current(), std::nullopt);
     EXPECT_EQ(clock.pendingCount(), 0u);
 }
@@ -190,6 +182,7 @@ TEST_F(ActivityCenterTest, ARecordingHidesAToastThatStillExpiresOnTime)
     EXPECT_EQ(published, 2);
 }
 
+// Every notice gets an id of its own, an upper-case UUID, even one shown without any.
 TEST_F(ActivityCenterTest, EveryNoticeGetsItsOwnId)
 {
     const auto a = notice("same");
@@ -197,6 +190,9 @@ TEST_F(ActivityCenterTest, EveryNoticeGetsItsOwnId)
     EXPECT_NE(a.id, b.id);
     EXPECT_EQ(a.id.size(), 36u);
     EXPECT_EQ(QString::fromStdString(a.id), QString::fromStdString(a.id).toUpper());
+    center.showToast(Toast{"", "bell", "No id", "", std::nullopt}, 2);
+    ASSERT_TRUE(center.toast());
+    EXPECT_FALSE(center.toast()->id.empty());
 }
 
 TEST_F(ActivityCenterTest, BadInputIsLoggedAndMadeHarmless)
@@ -211,11 +207,6 @@ TEST_F(ActivityCenterTest, BadInputIsLoggedAndMadeHarmless)
     clock.runDue();
     EXPECT_EQ(center.current(), std::nullopt);
     EXPECT_TRUE(log.contains("playback rate"));
-
-    Toast anonymous{"", "bell", "No id", "", std::nullopt};
-    center.showToast(anonymous, 2);
-    ASSERT_TRUE(center.toast());
-    EXPECT_FALSE(center.toast()->id.empty());
 }
 
 TEST_F(ActivityCenterTest, QmlSeesTheKindAndThePayload)

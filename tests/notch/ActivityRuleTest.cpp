@@ -86,30 +86,25 @@ TEST(ActivityTimer, PausedAndFinishedTimersKeepTheTimerActivity)
     }
 }
 
+// From ten minutes before until five minutes after its start, and never once it has ended.
 TEST(ActivityMeeting, ShowsFromTenMinutesBeforeUntilFiveMinutesAfterItsStart)
 {
     struct Case {
         Duration startsIn;
+        Duration length;
         bool shows;
     };
-    for (auto [startsIn, shows] :
-         {Case{600s, true}, Case{601s, false}, Case{600001ms, false}, Case{0s, true},
-          Case{-299s, true}, Case{-299999ms, true}, Case{-300s, false}, Case{-301s, false}}) {
+    for (auto [startsIn, length, shows] :
+         {Case{600s, 30min, true}, Case{601s, 30min, false}, Case{600001ms, 30min, false},
+          Case{0s, 30min, true}, Case{-299s, 30min, true}, Case{-299999ms, 30min, true},
+          Case{-300s, 30min, false}, Case{-301s, 30min, false}, Case{-2min, 2min, false},
+          Case{-2min, 2min + 1ms, true}}) {
         ActivityInputs inputs;
         inputs.now = now;
-        inputs.nextMeeting = meetingStartingIn(startsIn);
-        EXPECT_EQ(kindOf(inputs) == Kind::meeting, shows) << startsIn.count() << " ms";
+        inputs.nextMeeting = meetingStartingIn(startsIn, length);
+        EXPECT_EQ(kindOf(inputs) == Kind::meeting, shows)
+            << startsIn.count() << " ms, lasting " << length.count() << " ms";
     }
-}
-
-TEST(ActivityMeeting, NeverShowsOnceItHasEnded)
-{
-    ActivityInputs inputs;
-    inputs.now = now;
-    inputs.nextMeeting = meetingStartingIn(-2min, 2min); // ends exactly now
-    EXPECT_EQ(kindOf(inputs), std::nullopt);
-    inputs.nextMeeting = meetingStartingIn(-2min, 2min + 1ms);
-    EXPECT_EQ(kindOf(inputs), Kind::meeting);
 }
 
 TEST(ActivityMusic, ShowsOnlyWhileTrackInformationSaysItIsPlaying)

@@ -77,31 +77,27 @@ TEST_F(NotchViewModelTest, OpeningLandsOnTheTabOfTheActivityShown)
     }
 }
 
-TEST_F(NotchViewModelTest, OpeningTwiceNotifiesOnceAndKeepsHowItWasOpened)
+// Only a real change is reported, with the focus asked for by the open; a close never asks for it.
+TEST_F(NotchViewModelTest, StatusChangesAreReportedOnceAndOpeningTwiceKeepsTheFirstOpen)
 {
     int statusSignals = 0;
     QObject::connect(&model, &NotchViewModel::statusChanged, [&] { ++statusSignals; });
+    model.close();
+    EXPECT_TRUE(calls.empty());
 
     model.open(true, false);
     model.setActivity(ClosedActivity::timer());
     model.open(false, true);
-
-    EXPECT_EQ(calls, (std::vector<StatusCall>{{NotchStatus::open, false}}));
-    EXPECT_EQ(statusSignals, 1);
     EXPECT_TRUE(model.openedByHover());
     EXPECT_EQ(model.selectedTab(), NotchTab::home) << "the second open chose no tab";
-}
-
-TEST_F(NotchViewModelTest, ClosingReportsOnlyARealChangeAndNeverAsksForFocus)
-{
-    model.close();
-    EXPECT_TRUE(calls.empty());
-    model.open(false, true);
     model.close();
     model.close();
-    EXPECT_EQ(calls,
-              (std::vector<StatusCall>{{NotchStatus::open, true}, {NotchStatus::closed, false}}));
     EXPECT_FALSE(model.isOpen());
+    model.open(false, true);
+    EXPECT_EQ(calls, (std::vector<StatusCall>{{NotchStatus::open, false},
+                                              {NotchStatus::closed, false},
+                                              {NotchStatus::open, true}}));
+    EXPECT_EQ(statusSignals, 3);
 }
 
 TEST_F(NotchViewModelTest, OpeningClearsTheHoverFeedbackButKeepsTheDropTarget)
@@ -227,8 +223,11 @@ TEST_F(NotchViewModelTest, AScheduledOpenWaitsTheHoverDelay)
     }
 }
 
+// The pointer must still be in the hot zone when the delay ends; where it cannot be told, or
+// there is no one to ask, the hover open is skipped (the latter with a log line).
 TEST_F(NotchViewModelTest, APointerThatLeavesTheHotZoneBeforeTheDelayNeverOpens)
 {
+    CapturingLogSink log;
     model.scheduleOpen();
     clock.advance(100ms);
     pointer.position = QPoint(600, 300);
@@ -240,9 +239,18 @@ TEST_F(NotchViewModelTest, APointerThatLeavesTheHotZoneBeforeTheDelayNeverOpens)
     model.scheduleOpen();
     clock.advance(1s);
     EXPECT_FALSE(model.isOpen());
+    EXPECT_TRUE(log.lines.empty());
+
+    pointer.position = QPoint(960, 10);
+    model.setPointerQuery(nullptr);
+    model.scheduleOpen();
+    clock.advance(1s);
+    EXPECT_FALSE(model.isOpen());
+    EXPECT_TRUE(log.contains("Navro: a hover open"));
 }
 
-TEST_F(NotchViewModelTest, ANewScheduleReplacesThePendingOne)
+// A new schedule replaces the pending one; cancelling or a change of status drops it.
+TEST_F(NotchViewModelTest, OnlyTheLastScheduledOpenOrCloseIsPending)
 {
     model.scheduleOpen();
     clock.advance(100ms);
@@ -257,19 +265,13 @@ TEST_F(NotchViewModelTest, ANewScheduleReplacesThePendingOne)
     model.scheduleClose();
     clock.advance(249ms);
     EXPECT_TRUE(model.isOpen());
-    clock.advance(1ms);
-    EXPECT_FALSE(model.isOpen());
-}
-
-TEST_F(NotchViewModelTest, CancellingOrAStatusChangeDropsPendingWork)
-{
-    model.open(false, true);
-    model.scheduleClose();
     model.cancelScheduled();
     clock.advance(1s);
     EXPECT_TRUE(model.isOpen());
+    model.scheduleClose();
+    clock.advance(250ms);
+    EXPECT_FALSE(model.isOpen());
 
-    model.close();
     model.scheduleOpen();
     model.open(false, true); // the hot key wins over the hover in progress
     model.scheduleClose();
@@ -278,47 +280,32 @@ TEST_F(NotchViewModelTest, CancellingOrAStatusChangeDropsPendingWork)
     EXPECT_FALSE(model.isCloseScheduled());
 }
 
-TEST_F(NotchViewModelTest, WithoutAPointerQueryAHoverOpenIsLoggedAndSkipped)
-{
-    CapturingLogSink log;
-    model.setPointerQuery(nullptr);
-    model.scheduleOpen();
-    clock.advance(1s);
-    EXPECT_FALSE(model.isOpen());
-    EXPECT_TRUE(log.contains("Navro: a hover open"));
-}
-
-TEST_F(NotchViewModelTest, TheClosedNotchWidensAroundItsCentreWhileAnActivityShows)
+TEST_F(NotchViewModelTest, TheClosedNotchWidensAroundItsCentreForAnActivityOrADrop)
 {
     int sizeSignals = 0;
     QObject::connect(&model, &NotchViewModel::closedSizeChanged, [&] { ++sizeSignals; });
-    EXPECT_EQ(model.closedRect(), QRect(865, 0, 190, 32));
+    const QRect resting(865, 0, 190, 32);
+    EXPECT_EQ(model.closedRect(), resting);
+    const auto toast = ClosedActivity::ofToast(ActivityCenter::makeToast("bell", "Hi", ""));
 
     model.setActivity(ClosedActivity::music());
     EXPECT_GT(model.closedWidth(), 190);
-    EXPECT_EQ(model.closedRect().center().x(), QRect(865, 0, 190, 32).center().x());
+    EXPECT_EQ(model.closedRect().center().x(), resting.center().x());
     const int musicWidth = model.closedWidth();
-    model.setActivity(ClosedActivity::ofToast(ActivityCenter::makeToast("bell", "Hi", "")));
+    model.setActivity(toast);
     EXPECT_GT(model.closedWidth(), musicWidth) << "text needs more room than bars";
     model.setActivity(std::nullopt);
     EXPECT_EQ(model.closedWidth(), 190);
     EXPECT_EQ(sizeSignals, 3);
-    model.setGeometry(NotchGeometry{"HDMI-1", 1920, 0, 2560, 1440, false, {190, 32}});
-    EXPECT_EQ(model.closedRect(), QRect(1920 + 1185, 0, 190, 32));
-    EXPECT_EQ(sizeSignals, 4) << "the same size on another screen moves the notch";
-}
 
-TEST_F(NotchViewModelTest, AFileDraggedOverTheClosedNotchWidensItAroundItsCentre)
-{
-    int sizeSignals = 0;
-    QObject::connect(&model, &NotchViewModel::closedSizeChanged, [&] { ++sizeSignals; });
+    // A file dragged over it: an activity wider than the drop target keeps its width, a
+    // narrower one gets the target's.
     model.setDropTargeted(true);
     EXPECT_GT(model.closedWidth(), 190);
-    EXPECT_EQ(model.closedRect().center().x(), QRect(865, 0, 190, 32).center().x());
-    EXPECT_EQ(sizeSignals, 1);
-    // An activity wider than the drop target keeps its width; a narrower one gets the target's.
+    EXPECT_EQ(model.closedRect().center().x(), resting.center().x());
+    EXPECT_EQ(sizeSignals, 4);
     const int dropWidth = model.closedWidth();
-    model.setActivity(ClosedActivity::ofToast(ActivityCenter::makeToast("bell", "Hi", "")));
+    model.setActivity(toast);
     EXPECT_GT(model.closedWidth(), dropWidth);
     model.setActivity(ClosedActivity::recording());
     EXPECT_EQ(model.closedWidth(), dropWidth);
@@ -326,6 +313,11 @@ TEST_F(NotchViewModelTest, AFileDraggedOverTheClosedNotchWidensItAroundItsCentre
     EXPECT_LT(model.closedWidth(), dropWidth);
     model.setActivity(std::nullopt);
     EXPECT_EQ(model.closedWidth(), 190);
+
+    const int signalsBefore = sizeSignals;
+    model.setGeometry(NotchGeometry{"HDMI-1", 1920, 0, 2560, 1440, false, {190, 32}});
+    EXPECT_EQ(model.closedRect(), QRect(1920 + 1185, 0, 190, 32));
+    EXPECT_EQ(sizeSignals, signalsBefore + 1) << "the same size on another screen moves the notch";
 }
 
 TEST_F(NotchViewModelTest, TheOpenNotchHangsCentredFromTheTopOfTheScreen)
@@ -349,7 +341,8 @@ TEST_F(NotchViewModelTest, MirrorsTheActivityCentre)
     EXPECT_EQ(model.activityMap().value("kind").toString(), "recording");
 }
 
-TEST_F(NotchViewModelTest, QmlSelectsTabsByRawValue)
+// The prayer tab is never in the tab bar, yet the open panel must still title it.
+TEST_F(NotchViewModelTest, QmlSelectsTabsByRawValueAndReadsTheirTitles)
 {
     CapturingLogSink log;
     model.setSelectedTabRaw("clipboard");
@@ -357,14 +350,9 @@ TEST_F(NotchViewModelTest, QmlSelectsTabsByRawValue)
     model.setSelectedTabRaw("Clipboard");
     EXPECT_EQ(model.selectedTabRaw(), "clipboard");
     EXPECT_TRUE(log.contains("\"Clipboard\""));
-}
 
-TEST_F(NotchViewModelTest, QmlReadsTitlesOfTheSelectedTabAndOfAPrayerActivity)
-{
-    // The prayer tab is never in the tab bar, yet the open panel must still title it.
     model.setSelectedTab(NotchTab::prayer);
     EXPECT_EQ(model.selectedTabInfo().value("titleArabic").toString(), "الصلاة");
-
     model.setActivity(ClosedActivity::prayerNow(Prayer::isha));
     const QVariantMap activity = model.activityMap();
     EXPECT_EQ(activity.value("prayer").toString(), "isha");
