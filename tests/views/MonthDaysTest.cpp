@@ -57,34 +57,28 @@ protected:
     QVariantList cells;
 };
 
-// March 2026 begins on a Sunday: six days of February before it where weeks begin on Monday, one
-// (Saturday 28 February) where they begin on Saturday, as in Arabic, and a whole week where they
-// begin on Sunday.
-TEST_F(MonthDaysTest, WeeksBeginOnTheLocalesFirstDay)
+// Six whole weeks of consecutive days from the locale's first day of the week, across the turn of
+// a year and through a leap February. March 2026 begins on a Sunday: six days of February come
+// before it where weeks begin on Monday, one (Saturday 28 February) where they begin on Saturday,
+// as in Arabic, and a whole week where they begin on Sunday. June 2026 begins on a Monday, the
+// first day of a British week: a whole week of May comes first, so that the grid never opens on the
+// 1st.
+TEST_F(MonthDaysTest, SixWeeksFromTheLocalesFirstDayBeforeTheMonth)
 {
-    expectSixWeeksFrom(days(2026, 3, "en_GB"), QDate(2026, 2, 23));
-    expectSixWeeksFrom(days(2026, 3, "ar"), QDate(2026, 2, 28));
-    expectSixWeeksFrom(days(2026, 3, "en_US"), QDate(2026, 2, 22));
-}
-
-// June 2026 begins on a Monday, the first day of a British week: a whole week of May comes
-// first, so that the grid never opens on the 1st.
-TEST_F(MonthDaysTest, AMonthThatBeginsAWeekStillShowsTheWeekBefore)
-{
-    expectSixWeeksFrom(days(2026, 6, "en_GB"), QDate(2026, 5, 25));
-}
-
-// Across the turn of a year, and through a leap February.
-TEST_F(MonthDaysTest, YearsAndLeapDaysRunOn)
-{
-    const auto january = days(2027, 1, "en_US");
-    expectSixWeeksFrom(january, QDate(2026, 12, 27));
-    EXPECT_EQ(january.back(), QDate(2027, 2, 6));
-
-    const auto february = days(2028, 2, "en_GB");
-    expectSixWeeksFrom(february, QDate(2028, 1, 31));
-    EXPECT_EQ(february[29], QDate(2028, 2, 29));
-    EXPECT_EQ(february[30], QDate(2028, 3, 1));
+    struct Case {
+        int year, month;
+        const char* locale;
+        QDate first;
+    };
+    for (const Case& c :
+         {Case{2026, 3, "en_GB", QDate(2026, 2, 23)}, Case{2026, 3, "ar", QDate(2026, 2, 28)},
+          Case{2026, 3, "en_US", QDate(2026, 2, 22)}, Case{2026, 6, "en_GB", QDate(2026, 5, 25)},
+          Case{2027, 1, "en_US", QDate(2026, 12, 27)},
+          Case{2028, 2, "en_GB", QDate(2028, 1, 31)}}) {
+        SCOPED_TRACE(
+            QStringLiteral("%1-%2 %3").arg(c.year).arg(c.month).arg(c.locale).toStdString());
+        expectSixWeeksFrom(days(c.year, c.month, c.locale), c.first);
+    }
 }
 
 // Today is marked once when its month is shown, and nowhere when it is not.
