@@ -19,6 +19,7 @@ namespace {
 using namespace calendar_test;
 using namespace std::chrono_literals;
 using ::testing::ElementsAre;
+using Status = CalendarFetch::Status;
 
 // Links answer when the test says so.
 class FakeCalendarFetcher final : public CalendarFetcher {
@@ -48,7 +49,7 @@ public:
 CalendarFetch fetched(std::string body, QString etag = {})
 {
     CalendarFetch answer;
-    answer.status = CalendarFetch::Status::fetched;
+    answer.status = Status::fetched;
     answer.body = std::move(body);
     answer.etag = std::move(etag);
     return answer;
@@ -59,21 +60,6 @@ CalendarFetch failed(std::string reason)
     CalendarFetch answer;
     answer.error = std::move(reason);
     return answer;
-}
-
-std::string event(const std::string& uid, const std::string& title, const std::string& times,
-                  const std::string& extra = "")
-{
-    return "BEGIN:VEVENT\r\nUID:" + uid + "\r\nSUMMARY:" + title + "\r\n" + times + extra +
-           "END:VEVENT\r\n";
-}
-
-std::vector<std::string> titles(const std::vector<Meeting>& events)
-{
-    std::vector<std::string> list;
-    for (const auto& item : events)
-        list.push_back(item.title);
-    return list;
 }
 
 class CalendarServiceTest : public ::testing::Test {
@@ -109,7 +95,8 @@ TEST_F(CalendarServiceTest, EvolutionsCalendarFeedsTheNextMeetingToTheClosedNotc
         document(
             event("h", "Holiday", "DTSTART;VALUE=DATE:20240310\r\n") +
             event("e", "Early call", "DTSTART:20240310T070000Z\r\nDTEND:20240310T073000Z\r\n") +
-            event("s", "Standup", "DTSTART:20240310T082000Z\r\nDTEND:20240310T083500Z\r\n",
+            event("s", "Standup",
+                  "DTSTART:20240310T082000Z\r\nDTEND:20240310T083500Z\r\n"
                   "DESCRIPTION:Join https://meet.google.com/abc-defg-hij\r\n") +
             event("r", "Review", "DTSTART:20240310T090000Z\r\nDTEND:20240310T100000Z\r\n") +
             event("t", "Tomorrow", "DTSTART:20240311T230000Z\r\nDTEND:20240311T233000Z\r\n") +
@@ -182,7 +169,7 @@ TEST_F(CalendarServiceTest, LinksRefreshConditionallyKeepTheirLastGoodCopyAndLog
     ASSERT_EQ(fetcher.requests.size(), 1u);
     EXPECT_EQ(fetcher.requests[0].etag, "\"v1\"");
     CalendarFetch unchanged;
-    unchanged.status = CalendarFetch::Status::notModified;
+    unchanged.status = Status::notModified;
     fetcher.answer(unchanged);
     EXPECT_THAT(titles(service->upcoming()), ElementsAre("Planning"));
 

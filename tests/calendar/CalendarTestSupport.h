@@ -41,6 +41,22 @@ inline std::vector<std::string> describe(const std::vector<Meeting>& events)
     return lines;
 }
 
+// One event with the given properties after its UID and SUMMARY.
+inline std::string event(const std::string& uid, const std::string& title,
+                         const std::string& properties)
+{
+    return "BEGIN:VEVENT\r\nUID:" + uid + "\r\nSUMMARY:" + title + "\r\n" + properties +
+           "END:VEVENT\r\n";
+}
+
+inline std::vector<std::string> titles(const std::vector<Meeting>& events)
+{
+    std::vector<std::string> list;
+    for (const Meeting& event : events)
+        list.push_back(event.title);
+    return list;
+}
+
 // An iCalendar document around the given lines.
 inline std::string document(const std::string& body)
 {

@@ -52,20 +52,16 @@ TEST(HttpCalendarFetcher, FailsWithAReasonOnErrorsAndOnSilence)
     server.answers[QStringLiteral("/broken.ics")] = {500, "oops"};
     HttpCalendarFetcher fetcher(std::chrono::milliseconds(300));
 
-    const auto missing = fetch(fetcher, server.url("/gone.ics"));
-    ASSERT_TRUE(missing);
-    EXPECT_EQ(missing->status, Status::failed);
-    EXPECT_EQ(missing->error, "HTTP 404");
-
-    const auto broken = fetch(fetcher, server.url("/broken.ics"));
-    ASSERT_TRUE(broken);
-    EXPECT_EQ(broken->error, "HTTP 500");
-
     // A server that takes the request and never answers is given up after the timeout.
-    const auto silent = fetch(fetcher, server.url("/silent"));
-    ASSERT_TRUE(silent) << "the fetch must end on its own";
-    EXPECT_EQ(silent->status, Status::failed);
-    EXPECT_EQ(silent->error, "no answer within 0.3 s");
+    const std::pair<const char*, const char*> failures[] = {{"/gone.ics", "HTTP 404"},
+                                                            {"/broken.ics", "HTTP 500"},
+                                                            {"/silent", "no answer within 0.3 s"}};
+    for (const auto& [path, error] : failures) {
+        const auto answer = fetch(fetcher, server.url(path));
+        ASSERT_TRUE(answer) << path << ": the fetch must end on its own";
+        EXPECT_EQ(answer->status, Status::failed) << path;
+        EXPECT_EQ(answer->error, error) << path;
+    }
 
     const auto refused = fetch(fetcher, QUrl("http://127.0.0.1:1/none.ics"));
     ASSERT_TRUE(refused);
