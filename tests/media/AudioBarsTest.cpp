@@ -29,6 +29,11 @@ struct Fixture {
             tone[i] = 0.5f * float(std::sin(2 * std::numbers::pi * 440 * i / 48000));
         bars.analyzer().process(tone.data(), tone.size(), 1);
     }
+    void feedSilence()
+    {
+        const std::vector<float> silence(4096, 0.0f);
+        bars.analyzer().process(silence.data(), silence.size(), 1);
+    }
 
     ManualClock clock;
     FakeSettingsStore store;
@@ -37,22 +42,25 @@ struct Fixture {
     AudioBars bars{clock, settings, audio};
 };
 
-TEST(AudioBars, NothingIsCapturedWhileNothingPlays)
+TEST(AudioBars, ListensOnlyFromWhenMusicPlaysToFiveSecondsAfter)
 {
     Fixture f;
     f.clock.advance(1min);
     EXPECT_EQ(f.audio.started, 0);
     EXPECT_FALSE(f.bars.isListening());
     EXPECT_TRUE(f.bars.liveLevels(4).empty());
-}
 
-TEST(AudioBars, ListensAtOnceWhenMusicPlaysAndStopsFiveSecondsAfter)
-{
-    Fixture f;
     f.bars.setPlaying(true);
     EXPECT_EQ(f.audio.started, 1);
     EXPECT_EQ(f.audio.live, 1);
     EXPECT_TRUE(f.bars.isListening());
+    // A pause shorter than five seconds keeps the same tap.
+    f.bars.setPlaying(false);
+    f.clock.advance(3s);
+    f.bars.setPlaying(true);
+    f.clock.advance(1min);
+    EXPECT_EQ(f.audio.started, 1);
+    EXPECT_EQ(f.audio.live, 1);
 
     f.bars.setPlaying(false);
     f.clock.advance(4999ms);
@@ -60,18 +68,6 @@ TEST(AudioBars, ListensAtOnceWhenMusicPlaysAndStopsFiveSecondsAfter)
     f.clock.advance(1ms);
     EXPECT_EQ(f.audio.live, 0);
     EXPECT_FALSE(f.bars.isListening());
-}
-
-TEST(AudioBars, APauseShorterThanFiveSecondsKeepsTheSameTap)
-{
-    Fixture f;
-    f.bars.setPlaying(true);
-    f.bars.setPlaying(false);
-    f.clock.advance(3s);
-    f.bars.setPlaying(true);
-    f.clock.advance(1min);
-    EXPECT_EQ(f.audio.started, 1);
-    EXPECT_EQ(f.audio.live, 1);
 }
 
 TEST(AudioBars, TheSettingTurnsListeningOffAndOn)
@@ -133,8 +129,7 @@ TEST(AudioBars, ATapThatHasNotHeardSoundLeavesTheBarsToTheirOwnMotion)
 {
     Fixture f;
     f.bars.setPlaying(true);
-    std::vector<float> silence(4096, 0.0f);
-    f.bars.analyzer().process(silence.data(), silence.size(), 1);
+    f.feedSilence();
     EXPECT_TRUE(f.bars.liveLevels(4).empty());
 
     f.feedTone();
@@ -143,7 +138,7 @@ TEST(AudioBars, ATapThatHasNotHeardSoundLeavesTheBarsToTheirOwnMotion)
     // The tone lies in the second quarter of the bands.
     EXPECT_GT(levels[1], 0.5f);
     // Once sound was heard, silence is shown as live levels at rest rather than as motion.
-    f.bars.analyzer().process(silence.data(), silence.size(), 1);
+    f.feedSilence();
     EXPECT_EQ(f.bars.liveLevels(4).size(), 4u);
 }
 
@@ -176,10 +171,7 @@ TEST(AudioBars, TheViewsHearOfLevelsOnTheirThreadOnlyWhenTheyMoveVisibly)
     captureBatch([&f] { f.feedTone(); });
     EXPECT_EQ(changes, settled);
     // The sound stops: the bars fall, and they are told.
-    captureBatch([&f] {
-        std::vector<float> silence(4096, 0.0f);
-        f.bars.analyzer().process(silence.data(), silence.size(), 1);
-    });
+    captureBatch([&f] { f.feedSilence(); });
     EXPECT_EQ(changes, settled + 1);
     EXPECT_TRUE(onThisThread);
 }

@@ -20,17 +20,12 @@ TEST(LruCache, HoldsAtMostItsCapacityAndLetsTheLeastRecentlyUsedGo)
     EXPECT_EQ(*cache.find("a"), 1);
     EXPECT_EQ(*cache.find("c"), 3);
     EXPECT_EQ(*cache.find("d"), 4);
-}
 
-TEST(LruCache, InsertingAKeyAgainReplacesItsValueAndRefreshesIt)
-{
-    LruCache<std::string, int> cache(2);
-    cache.insert("a", 1);
-    cache.insert("b", 2);
+    // Inserting the least recently used key again replaces its value and refreshes it: c goes.
     cache.insert("a", 10);
-    cache.insert("c", 3); // b is the least recently used now
-    EXPECT_EQ(cache.size(), 2u);
-    EXPECT_EQ(cache.find("b"), nullptr);
+    cache.insert("e", 5);
+    EXPECT_EQ(cache.size(), 3u);
+    EXPECT_EQ(cache.find("c"), nullptr);
     ASSERT_NE(cache.find("a"), nullptr);
     EXPECT_EQ(*cache.find("a"), 10);
 }

@@ -16,27 +16,20 @@ namespace {
 
 using namespace std::chrono_literals;
 
-QByteArray png(QColor colour, QSize size = {8, 8})
+QImage solid(QColor colour)
 {
-    QImage image(size, QImage::Format_RGB32);
-    image.fill(colour);
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    image.save(&buffer, "PNG");
-    return bytes;
-}
-
-QImage solidImage(QColor colour)
-{
-    QImage image(4, 4, QImage::Format_RGB32);
+    QImage image(8, 8, QImage::Format_RGB32);
     image.fill(colour);
     return image;
 }
 
-QByteArray line(const QByteArray& json)
+QByteArray png(QColor colour)
 {
-    return json + '\n';
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    solid(colour).save(&buffer, "PNG");
+    return bytes;
 }
 
 struct Fixture {
@@ -45,7 +38,7 @@ struct Fixture {
         testApplication();
         applications.applications[QStringLiteral("mpv")] = {QStringLiteral("mpv Media Player"),
                                                             QStringLiteral("مشغل mpv")};
-        applications.icons[QStringLiteral("mpv")] = solidImage(Qt::magenta);
+        applications.icons[QStringLiteral("mpv")] = solid(Qt::magenta);
         applications.applications[QStringLiteral("firefox")] = {QStringLiteral("Firefox"), {}};
         service =
             std::make_unique<NowPlayingService>(clock, settings, watcher, applications, downloader);
@@ -56,7 +49,7 @@ struct Fixture {
         service->start();
     }
 
-    void feed(const QByteArray& json) { watcher.print(line(json)); }
+    void feed(const QByteArray& json) { watcher.print(json + '\n'); }
 
     ManualClock clock;
     FakeSettingsStore store;
@@ -92,33 +85,34 @@ TEST(NowPlayingService, ALinePublishesEveryField)
     EXPECT_TRUE(f.service->appIconUrl().startsWith("image://nowplaying/appIcon/"));
 }
 
-TEST(NowPlayingService, AChunkEndingMidLineWaitsForTheRest)
+TEST(NowPlayingService, LinesAreTakenWholeAndInOrderAndWhatIsNoObjectOrTooLongIsDropped)
 {
     Fixture f;
-    const QByteArray whole = line(playing);
+    CapturingLogSink log;
+    const QByteArray whole = QByteArray(playing) + '\n';
     f.watcher.print(whole.left(25));
     EXPECT_FALSE(f.service->info());
     f.watcher.print(whole.mid(25, 40));
     EXPECT_FALSE(f.service->info());
-    f.watcher.print(whole.mid(65));
-    ASSERT_TRUE(f.service->info());
-    EXPECT_EQ(f.service->info()->title, "First Song");
-    EXPECT_EQ(f.titles, QStringList{"First Song"});
-}
-
-TEST(NowPlayingService, ThreeLinesInOneChunkYieldThreeUpdatesInOrder)
-{
-    Fixture f;
-    f.watcher.print(R"({"title":"One","rate":1})"
-                    "\n"
-                    R"({"title":"Two","rate":1})"
-                    "\n"
-                    R"({"title":"Three","rate":1})"
-                    "\n"
-                    R"({"title":"Fo)");
-    EXPECT_EQ(f.titles, (QStringList{"One", "Two", "Three"}));
+    f.watcher.print(whole.mid(65) + R"({"title":"Two","rate":1})"
+                                    "\n"
+                                    R"({"title":"Three","rate":1})"
+                                    "\n"
+                                    R"({"title":"Fo)");
+    EXPECT_EQ(f.titles, (QStringList{"First Song", "Two", "Three"}));
     f.watcher.print("ur\"}\n");
-    EXPECT_EQ(f.titles, (QStringList{"One", "Two", "Three", "Four"}));
+    EXPECT_EQ(f.titles, (QStringList{"First Song", "Two", "Three", "Four"}));
+
+    for (const char* junk : {"", "not json", "[1,2]", "\"title\"", "42", "null",
+                             "{\"title\":", "{\"title\":\"x\"} trailing"})
+        f.feed(junk);
+    const QByteArray megabyte(1024 * 1024, 'x');
+    f.watcher.print("{\"title\":\"");
+    for (int i = 0; i < 17; ++i)
+        f.watcher.print(megabyte);
+    EXPECT_TRUE(log.contains("Navro Now Playing: dropped a line longer than 16 MiB"));
+    f.watcher.print(megabyte + "\"}\n{\"title\":\"Next\"}\n");
+    EXPECT_EQ(f.titles, (QStringList{"First Song", "Two", "Three", "Four", "Next"}));
 }
 
 TEST(NowPlayingService, NoTitleOrAnEmptyOneClearsEverything)
@@ -137,18 +131,6 @@ TEST(NowPlayingService, NoTitleOrAnEmptyOneClearsEverything)
         EXPECT_EQ(f.service->artworkUrl(), "") << clearing;
         EXPECT_EQ(f.service->artworkTint(), NowPlayingService::brandLightColour()) << clearing;
     }
-}
-
-TEST(NowPlayingService, WhatIsNotAnObjectIsIgnored)
-{
-    Fixture f;
-    f.feed(playing);
-    for (const char* junk : {"", "not json", "[1,2]", "\"title\"", "42", "null",
-                             "{\"title\":", "{\"title\":\"x\"} trailing"})
-        f.feed(junk);
-    ASSERT_TRUE(f.service->info());
-    EXPECT_EQ(f.service->info()->title, "First Song");
-    EXPECT_EQ(f.titles, QStringList{"First Song"});
 }
 
 TEST(NowPlayingService, NumbersDefaultToZeroAndTextToEmpty)
@@ -170,14 +152,24 @@ TEST(NowPlayingService, NumbersDefaultToZeroAndTextToEmpty)
     EXPECT_FALSE(f.service->info()->timestamp) << "a timestamp beyond any clock is none";
 }
 
-TEST(NowPlayingService, ScriptErrorsAndStandardErrorAreLoggedWithTheirPrefixes)
+TEST(NowPlayingService, ProblemsAreLoggedWithTheirPrefixesAndAFailureAtEveryRestartOnce)
 {
     Fixture f;
     CapturingLogSink log;
+    const QByteArray failure = "could not connect to the session bus: No such file or directory\n";
+    for (int restart = 0; restart < 5; ++restart) {
+        f.watcher.printError(failure);
+        f.watcher.exit();
+        f.clock.advance(3s);
+    }
+    EXPECT_EQ(log.lines.size(), 1u);
+
     f.feed(R"({"error":"could not read the position","title":"Still Here","rate":1})");
     EXPECT_TRUE(log.contains("Navro Now Playing script error: could not read the position"));
     ASSERT_TRUE(f.service->info()) << "the rest of the line is still used";
     EXPECT_EQ(f.service->info()->title, "Still Here");
+    f.watcher.printError(failure);
+    EXPECT_EQ(log.lines.size(), 3u) << "after it worked again, the failure is news";
 
     f.watcher.printError("lost the session bus\nsecond line\n");
     EXPECT_TRUE(log.contains("Navro Now Playing: lost the session bus"));
@@ -185,21 +177,6 @@ TEST(NowPlayingService, ScriptErrorsAndStandardErrorAreLoggedWithTheirPrefixes)
     const auto before = log.lines.size();
     f.watcher.printError(QByteArray("\xff\xfe not text", 11));
     EXPECT_EQ(log.lines.size(), before) << "standard error that is not UTF-8 is not logged";
-}
-
-TEST(NowPlayingService, AFailureRepeatedAtEveryRestartIsLoggedOnce)
-{
-    Fixture f;
-    CapturingLogSink log;
-    for (int restart = 0; restart < 5; ++restart) {
-        f.watcher.printError("could not connect to the session bus: No such file or directory\n");
-        f.watcher.exit();
-        f.clock.advance(3s);
-    }
-    EXPECT_EQ(log.lines.size(), 1u);
-    f.feed(playing);
-    f.watcher.printError("could not connect to the session bus: No such file or directory\n");
-    EXPECT_EQ(log.lines.size(), 2u) << "after it worked again, the failure is news";
 }
 
 TEST(NowPlayingService, ArtworkIsDecodedTintedAndResetOnANewTitle)
@@ -229,34 +206,29 @@ TEST(NowPlayingService, ArtworkIsDecodedTintedAndResetOnANewTitle)
     EXPECT_NE(f.service->artworkUrl(), firstUrl) << "every new picture gets a new address";
 }
 
-TEST(NowPlayingService, PlayerNameFollowsTheEntryTheLanguageAndFallsBackToApp)
+TEST(NowPlayingService, PlayerNameAndIconComeFromItsEntryLookedUpOnlyWhenThePlayerChanges)
 {
     Fixture f;
-    f.feed(R"({"title":"T","bundle":"mpv","app":"mpv"})");
+    f.feed(R"({"title":"A","bundle":"mpv","app":"mpv"})");
+    f.feed(R"({"title":"B","bundle":"mpv","app":"mpv"})");
+    f.feed(R"({"title":"B","bundle":"mpv","app":"mpv","rate":1})");
+    EXPECT_EQ(f.applications.iconLookups, 1);
     EXPECT_EQ(f.service->appName(), "mpv Media Player");
     f.settings.setLanguage(AppLanguage::arabic);
     EXPECT_EQ(f.service->appName(), "مشغل mpv") << "switching the language renames at once";
-    f.feed(R"({"title":"T","bundle":"firefox","app":"Mozilla Firefox"})");
+
+    f.feed(R"({"title":"B","bundle":"firefox","app":"Mozilla Firefox"})");
+    EXPECT_EQ(f.applications.iconLookups, 2);
+    EXPECT_TRUE(f.service->appIcon().isNull()) << "firefox has no icon here";
     EXPECT_EQ(f.service->appName(), "Firefox") << "an entry without an Arabic name keeps its own";
+    f.feed(R"({"title":"B","bundle":"firefox","app":"Mozilla Firefox","rate":1})");
+    EXPECT_EQ(f.applications.iconLookups, 3) << "no icon yet: looked up again";
+
     f.feed(R"({"title":"T","bundle":"unknown.player","app":"Odd Player"})");
     EXPECT_EQ(f.service->appName(), "Odd Player");
     f.feed(R"({"title":"T","bundle":"org.chromium.Chromium","parent":"firefox","app":"Tab"})");
     EXPECT_EQ(f.service->info()->bundleID, "firefox") << "a web player reports its browser";
     EXPECT_EQ(f.service->appName(), "Firefox");
-}
-
-TEST(NowPlayingService, TheIconIsLookedUpOnlyWhenThePlayerChanges)
-{
-    Fixture f;
-    f.feed(R"({"title":"A","bundle":"mpv"})");
-    f.feed(R"({"title":"B","bundle":"mpv"})");
-    f.feed(R"({"title":"B","bundle":"mpv","rate":1})");
-    EXPECT_EQ(f.applications.iconLookups, 1);
-    f.feed(R"({"title":"B","bundle":"firefox"})");
-    EXPECT_EQ(f.applications.iconLookups, 2);
-    EXPECT_TRUE(f.service->appIcon().isNull()) << "firefox has no icon here";
-    f.feed(R"({"title":"B","bundle":"firefox","rate":1})");
-    EXPECT_EQ(f.applications.iconLookups, 3) << "no icon yet: looked up again";
 }
 
 TEST(NowPlayingService, PlayPauseFlipsTheRateBeforeThePlayerAnswers)
@@ -301,7 +273,7 @@ TEST(NowPlayingService, SeekNextPreviousAndOpenGoToTheReportedPlayer)
     EXPECT_EQ(f.applications.launched, QStringList{"mpv"});
 }
 
-TEST(NowPlayingService, AWatcherThatExitsIsStartedAgainAfterThreeSecondsNeverSooner)
+TEST(NowPlayingService, AWatcherThatExitsIsStartedAgainAfterThreeSecondsUntilStopped)
 {
     Fixture f;
     EXPECT_EQ(f.watcher.starts, 1);
@@ -331,19 +303,13 @@ TEST(NowPlayingService, AWatcherThatExitsIsStartedAgainAfterThreeSecondsNeverSoo
     f.clock.advance(10s);
     EXPECT_FALSE(f.watcher.isRunning());
     EXPECT_EQ(f.watcher.starts, 22);
-}
-
-TEST(NowPlayingService, StopEndsTheWatcherForGood)
-{
-    Fixture f;
+    f.service->start();
+    f.service->start();
+    EXPECT_EQ(f.watcher.starts, 23) << "one watcher at a time";
     f.watcher.exit();
     f.service->stop(); // during the wait
     f.clock.advance(60s);
-    EXPECT_EQ(f.watcher.starts, 1);
-    f.service->start();
-    EXPECT_EQ(f.watcher.starts, 2);
-    f.service->start();
-    EXPECT_EQ(f.watcher.starts, 2) << "one watcher at a time";
+    EXPECT_EQ(f.watcher.starts, 23);
 }
 
 TEST(NowPlayingService, ALaunchFailureIsLoggedAndNotRetried)
@@ -454,19 +420,6 @@ TEST(NowPlayingService, LinesOfTheHelperAreUnderstoodAsTheyAreMeant)
 
     f.watcher.print(QByteArray::fromStdString(*printer.next(PlayerReport{})));
     EXPECT_FALSE(f.service->info());
-}
-
-TEST(NowPlayingService, AnEndlessLineIsDroppedWithoutLosingTheNextOne)
-{
-    Fixture f;
-    CapturingLogSink log;
-    const QByteArray megabyte(1024 * 1024, 'x');
-    f.watcher.print("{\"title\":\"");
-    for (int i = 0; i < 17; ++i)
-        f.watcher.print(megabyte);
-    EXPECT_TRUE(log.contains("Navro Now Playing: dropped a line longer than 16 MiB"));
-    f.watcher.print(megabyte + "\"}\n{\"title\":\"Next\"}\n");
-    EXPECT_EQ(f.titles, QStringList{"Next"});
 }
 
 } // namespace
