@@ -37,16 +37,13 @@ long long utcMinuteOfDay(sys_seconds instant)
     return duration_cast<minutes>(instant - floor<days>(instant)).count();
 }
 
-TEST(PrayerAstronomy, JulianDayMatchesPublishedValues)
+TEST(PrayerAstronomy, JulianDaysMatchPublishedValuesAndMinutesRoundHalfAwayFromZero)
 {
     EXPECT_DOUBLE_EQ(astronomy::julianDay(2000, 1, 1), 2451544.5);
     EXPECT_DOUBLE_EQ(astronomy::julianDay(1987, 1, 27), 2446822.5);
     // January and February count as months 13 and 14 of the previous year.
     EXPECT_DOUBLE_EQ(astronomy::julianDay(2024, 3, 1) - astronomy::julianDay(2024, 2, 28), 2.0);
-}
-
-TEST(PrayerAstronomy, HalfMinutesRoundAwayFromZero)
-{
+    // Half minutes round away from zero.
     EXPECT_EQ(astronomy::roundedMinutes(0.125), 8); // 7.5 min
     EXPECT_EQ(astronomy::roundedMinutes(-0.125), -8);
     EXPECT_EQ(astronomy::roundedMinutes(2.375), 143); // 142.5 min
@@ -62,17 +59,15 @@ TEST(PrayerCalculator, HanafiAsrIsLaterAndNothingElseMoves)
         PrayerCalculator hanafi(city.latitude, city.longitude, city.timeZoneID,
                                 city.suggestedMethod, AsrMethod::hanafi, "UTC");
         for (auto day : {utc(2026, 1, 10, 12), utc(2026, 6, 21, 12), utc(2026, 9, 30, 12)}) {
-            const auto a = standard.times(day);
-            const auto b = hanafi.times(day);
+            auto a = standard.times(day);
+            auto b = hanafi.times(day);
             ASSERT_TRUE(a.contains(Prayer::asr) && b.contains(Prayer::asr)) << city.id;
             // A shadow twice the object's length comes roughly three quarters of an hour or more
             // after a shadow of its own length.
             EXPECT_GT(minutesBetween(a.at(Prayer::asr), b.at(Prayer::asr)), 30) << city.id;
-            for (auto prayer :
-                 {Prayer::fajr, Prayer::sunrise, Prayer::dhuhr, Prayer::maghrib, Prayer::isha})
-                EXPECT_EQ(a.contains(prayer) ? a.at(prayer) : sys_seconds{},
-                          b.contains(prayer) ? b.at(prayer) : sys_seconds{})
-                    << city.id << " " << rawValue(prayer);
+            a.erase(Prayer::asr);
+            b.erase(Prayer::asr);
+            EXPECT_EQ(a, b) << city.id;
         }
     }
 }
@@ -218,23 +213,6 @@ TEST(PrayerCalculator, DaylightSavingChangeDaysUseTheMidnightOffset)
     const auto cairo = calculatorFor("cairo", CalculationMethod::egyptian);
     const auto cairoGap = cairo.times(utc(2026, 4, 24, 12));
     EXPECT_NEAR(utcMinuteOfDay(cairoGap.at(Prayer::dhuhr)), 9 * 60 + 53, 3);
-}
-
-TEST(PrayerCalculator, UnknownOrWronglyCasedCityGivesManamasTimes)
-{
-    const auto manama = *PrayerCity::with("manama");
-    PrayerCalculator expected(manama.latitude, manama.longitude, manama.timeZoneID,
-                              manama.suggestedMethod, AsrMethod::standard, "UTC");
-    for (const char* id : {"Manama", "MANAMA", "atlantis", ""}) {
-        const auto city = resolveCity(id);
-        PrayerCalculator calculator(city.latitude, city.longitude, city.timeZoneID,
-                                    city.suggestedMethod, AsrMethod::standard, "UTC");
-        const auto times = calculator.times(utc(2026, 5, 5, 12));
-        EXPECT_EQ(times, expected.times(utc(2026, 5, 5, 12))) << id;
-        // Manama is on +03 all year; Dhuhr there is a little before noon.
-        EXPECT_NEAR(minutesBetween(utc(2026, 5, 5, 11, 35) - hours(3), times.at(Prayer::dhuhr)), 0,
-                    5);
-    }
 }
 
 TEST(PrayerCalculator, TimesAreNotWrappedIntoTheDay)

@@ -21,18 +21,13 @@ sys_seconds utc(int y, unsigned m, unsigned d, int hour = 0, int minute = 0)
     return sys_days(year(y) / month(m) / day(d)) + hours(hour) + minutes(minute);
 }
 
-UDate udate(sys_seconds instant)
-{
-    return double(instant.time_since_epoch().count()) * 1000.0;
-}
-
 // Standard and summer parts of the offset, in minutes.
 std::pair<int, int> offsetParts(const icu::TimeZone& zone, sys_seconds instant)
 {
     UErrorCode status = U_ZERO_ERROR;
     int32_t raw = 0;
     int32_t dst = 0;
-    zone.getOffset(udate(instant), false, raw, dst, status);
+    zone.getOffset(UDate(instant.time_since_epoch().count()) * 1000.0, false, raw, dst, status);
     EXPECT_TRUE(U_SUCCESS(status));
     return {raw / 60000, dst / 60000};
 }
@@ -91,10 +86,8 @@ TEST_F(SystemZone, KnowsEgyptsReturnToSummerTime)
 
 TEST(SystemZoneInput, UnreadableInputGivesNoZone)
 {
-    EXPECT_FALSE(systemTimeZone("Mars/Olympus"));
-    EXPECT_FALSE(systemTimeZone("../etc/passwd"));
-    EXPECT_FALSE(systemTimeZone("/etc/localtime"));
-    EXPECT_FALSE(systemTimeZone(""));
+    for (const char* id : {"Mars/Olympus", "../etc/passwd", "/etc/localtime", ""})
+        EXPECT_FALSE(systemTimeZone(id)) << id;
     EXPECT_FALSE(timeZoneFromTzif("X", ""));
     EXPECT_FALSE(timeZoneFromTzif("X", "TZif2 but nothing else"));
     const auto real = readBytes("/usr/share/zoneinfo/Europe/London");
