@@ -94,7 +94,7 @@ TEST(AudioBars, WithoutASoundServerNoTapIsEverMade)
     EXPECT_TRUE(f.bars.liveLevels(4).empty());
 }
 
-TEST(AudioBars, AFailedStartIsLoggedOnceAndTriedAgainOnTheNextChange)
+TEST(AudioBars, TapFailuresAreLoggedAndDropTheTapUntilTheNextChange)
 {
     Fixture f;
     CapturingLogSink log;
@@ -109,13 +109,8 @@ TEST(AudioBars, AFailedStartIsLoggedOnceAndTriedAgainOnTheNextChange)
     f.bars.setPlaying(true);
     EXPECT_EQ(f.audio.started, 2);
     EXPECT_TRUE(f.bars.isListening());
-}
 
-TEST(AudioBars, ALaterFailureDropsTheTapAndTheLiveLevels)
-{
-    Fixture f;
-    CapturingLogSink log;
-    f.bars.setPlaying(true);
+    // A later failure drops the tap and the live levels.
     f.feedTone();
     ASSERT_FALSE(f.bars.liveLevels(4).empty());
     f.audio.latest->failed({"Read format", 7});
