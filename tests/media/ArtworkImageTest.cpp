@@ -25,7 +25,7 @@ QImage filled(QSize size, QColor colour)
     return image;
 }
 
-TEST(ArtworkTint, TheMeanColourTakenThirtyFivePercentTowardWhite)
+TEST(ArtworkTint, TheMeanColourOfEveryTwelfthOfTheImageTakenThirtyFivePercentTowardWhite)
 {
     testApplication();
     const struct {
@@ -43,11 +43,7 @@ TEST(ArtworkTint, TheMeanColourTakenThirtyFivePercentTowardWhite)
         EXPECT_EQ(tint->name(), c.expected.name()) << c.colour.name().toStdString();
         EXPECT_EQ(tint->alphaF(), 1.0f);
     }
-}
 
-TEST(ArtworkTint, SamplesEveryTwelfthOfTheImage)
-{
-    testApplication();
     // 24 wide: the step is 2, so only the even columns count. They are black, the odd ones
     // white: the tint is the one of black alone.
     QImage stripes = filled({24, 24}, Qt::white);

@@ -7,15 +7,12 @@
 namespace navro {
 namespace {
 
-TEST(EqualizerLevel, StillAndShortWhileNothingPlays)
+TEST(EqualizerLevel, StillAndShortWhileNothingPlaysNeverCollapsedWhileLive)
 {
     // Live levels left over from the last frame do not move paused bars.
     for (int bar = 0; bar < 6; ++bar)
         EXPECT_FLOAT_EQ(equalizerLevel(bar, false, {1, 1, 1, 1, 1, 1}, 1234.5), 0.25f);
-}
-
-TEST(EqualizerLevel, LiveLevelsAreNeverFullyCollapsed)
-{
+    // Live levels are never fully collapsed.
     const std::vector<float> live{0.0f, 0.5f, 1.0f};
     EXPECT_FLOAT_EQ(equalizerLevel(0, true, live, 10), 0.14f);
     EXPECT_FLOAT_EQ(equalizerLevel(1, true, live, 10), 0.57f);
@@ -42,17 +39,13 @@ TEST(EqualizerLevel, OwnMotionWithoutLiveLevelsStaysInItsRangeAndMoves)
     EXPECT_FLOAT_EQ(equalizerLevel(2, true, {}, 0), float(std::abs(std::sin(2.0)) * 0.65 + 0.35));
 }
 
-TEST(BarPixelHeights, WholePixelsOfTheHeightNeverThinnerThanWide)
+TEST(BarPixelHeights, WholePixelsOfTheHeightNeverThinnerThanWideAndSteadyUnderWobble)
 {
     EXPECT_EQ(barPixelHeights({0.0f, 0.14f, 0.5f, 1.0f}, 14, 3), (std::vector<int>{3, 3, 7, 14}));
     // Beyond the range, and not a number at all, stay inside the bars' box.
     EXPECT_EQ(barPixelHeights({-1.0f, 2.0f, std::numeric_limits<float>::quiet_NaN()}, 14, 3),
               (std::vector<int>{3, 14, 3}));
     EXPECT_TRUE(barPixelHeights({}, 14, 3).empty());
-}
-
-TEST(BarPixelHeights, LevelsThatDifferByLessThanAPixelDrawTheSameFrame)
-{
     // A steady sound wobbles in the last digits; the picture does not.
     EXPECT_EQ(barPixelHeights({0.5001f, 0.7f}, 14, 3), barPixelHeights({0.4999f, 0.7003f}, 14, 3));
     EXPECT_NE(barPixelHeights({0.5f}, 14, 3), barPixelHeights({0.6f}, 14, 3));
