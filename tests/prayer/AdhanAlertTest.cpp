@@ -136,6 +136,12 @@ TEST_F(AdhanAlertTest, APrayerSleptThroughOrAChangedCityIsNotCalledLate)
     clock.setWallTime(asr + 4min);
     events.send(Event::resumed);
     EXPECT_THAT(titles(), ElementsAre("Time for Asr"));
+
+    // A city chosen just after the last city's Maghrib, before its timer ran, is no call of
+    // that Maghrib under the new city's name.
+    clock.setWallTime(timeOf(Prayer::maghrib) + 1min);
+    service->chooseCity(QStringLiteral("riyadh"));
+    EXPECT_THAT(titles(), ElementsAre("Time for Asr"));
 }
 
 } // namespace
