@@ -108,10 +108,14 @@ TEST(NowPlayingService, LinesAreTakenWholeAndInOrderAndWhatIsNoObjectOrTooLongIs
         f.feed(junk);
     const QByteArray megabyte(1024 * 1024, 'x');
     f.watcher.print("{\"title\":\"");
-    for (int i = 0; i < 17; ++i)
+    for (int i = 0; i < 16; ++i) // the last one takes the line past 16 MiB
         f.watcher.print(megabyte);
     EXPECT_TRUE(log.contains("Navro Now Playing: dropped a line longer than 16 MiB"));
-    f.watcher.print(megabyte + "\"}\n{\"title\":\"Next\"}\n");
+    // The rest of the dropped line goes too, even where it reads as a line of its own.
+    f.watcher.print(R"({"title":"Rest of the long line"})"
+                    "\n"
+                    R"({"title":"Next"})"
+                    "\n");
     EXPECT_EQ(f.titles, (QStringList{"First Song", "Two", "Three", "Four", "Next"}));
 }
 
