@@ -12,7 +12,7 @@ import sys
 # Navro's classes and functions, by the part of the product they serve.
 PARTS = [
     ("clipboard history", r"Clipboard"),
-    ("music: player, artwork, bars", r"NowPlaying|Artwork|Player|Spectrum|AudioBars|Equalizer"),
+    ("music: player, artwork, bars", r"NowPlaying|Artwork|Player|BandAnalyzer|AudioBars|Equalizer"),
     ("calendar", r"Calendar|ICalendar|Meeting|DueCalendar"),
     ("notes and reminders", r"Notes|Todo|Reminder"),
     ("shelf", r"Shelf"),

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "app/Clock.h"
-#include "media/SpectrumAnalyzer.h"
+#include "media/BandAnalyzer.h"
 #include "media/SystemAudio.h"
 
 #include <QObject>
@@ -33,7 +33,7 @@ public:
     // sound (the views then draw their own motion).
     std::vector<float> liveLevels(int count) const;
 
-    SpectrumAnalyzer& analyzer() { return analyzer_; }
+    BandAnalyzer& analyzer() { return analyzer_; }
 
     static constexpr Duration stopDelay = std::chrono::seconds(5);
     // A quarter of a pixel of the tallest bars drawn (18 px): smaller moves are not announced.
@@ -52,7 +52,7 @@ private:
 
     const AppSettings& settings_;
     SystemAudio& audio_;
-    SpectrumAnalyzer analyzer_;
+    BandAnalyzer analyzer_;
     std::unique_ptr<SystemAudio::Tap> tap_;
     std::unique_ptr<TaskSlot> stopTask_;
     bool playing_ = false;

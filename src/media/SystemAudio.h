@@ -6,7 +6,7 @@
 
 namespace navro {
 
-class SpectrumAnalyzer;
+class BandAnalyzer;
 
 // What the bars need of the platform: something that listens to everything the system plays on
 // its default output and feeds it to an analyser, and word when that output changes.
@@ -32,7 +32,7 @@ public:
     virtual bool canListen() const = 0;
     // Starts listening on the default output. Starting may finish later; a step that fails then
     // or at any time afterwards calls `failed` once, on this thread, and the tap stays silent.
-    virtual std::unique_ptr<Tap> startTap(SpectrumAnalyzer& analyzer, TapFailed failed,
+    virtual std::unique_ptr<Tap> startTap(BandAnalyzer& analyzer, TapFailed failed,
                                           Analysed analysed) = 0;
     // Called on this thread whenever another output becomes the default.
     virtual void setDefaultOutputChanged(std::function<void()> changed) = 0;

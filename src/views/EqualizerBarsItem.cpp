@@ -28,8 +28,8 @@ EqualizerBarsItem::EqualizerBarsItem(QQuickItem* parent) : QQuickPaintedItem(par
     connect(&pending_, &QTimer::timeout, this, &EqualizerBarsItem::nextFrame);
     stale_.setSingleShot(true);
     // A little after the analyser counts its levels as stale.
-    stale_.setInterval(std::chrono::milliseconds(int(SpectrumAnalyzer::staleAfter * 1000) +
-                                                 frameInterval.count()));
+    stale_.setInterval(
+        std::chrono::milliseconds(int(BandAnalyzer::staleAfter * 1000) + frameInterval.count()));
     connect(&stale_, &QTimer::timeout, this, &EqualizerBarsItem::nextFrame);
     updateImplicitWidth();
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "media/SpectrumAnalyzer.h"
+#include "media/BandAnalyzer.h"
 #include "media/SystemAudio.h"
 #include "media/SystemVolume.h"
 
@@ -26,7 +26,7 @@ public:
     };
 
     bool canListen() const override { return listenable; }
-    std::unique_ptr<Tap> startTap(SpectrumAnalyzer& analyzer, TapFailed failed,
+    std::unique_ptr<Tap> startTap(BandAnalyzer& analyzer, TapFailed failed,
                                   Analysed analysed) override
     {
         ++started;
@@ -50,7 +50,7 @@ public:
     int started = 0;
     int live = 0;
     FakeTap* latest = nullptr;
-    SpectrumAnalyzer* lastAnalyzer = nullptr;
+    BandAnalyzer* lastAnalyzer = nullptr;
     Analysed lastAnalysed; // what the capture's thread calls after each batch
     std::function<void()> defaultOutputChanged;
 };

@@ -1,13 +1,13 @@
 #include "platform/linux/SystemAudioTap.h"
 
-#include "media/SpectrumAnalyzer.h"
+#include "media/BandAnalyzer.h"
 #include "platform/linux/PulseAudioConnection.h"
 
 #include <pulse/pulseaudio.h>
 
 namespace navro {
 
-SystemAudioTap::SystemAudioTap(PulseAudioConnection& connection, SpectrumAnalyzer& analyzer,
+SystemAudioTap::SystemAudioTap(PulseAudioConnection& connection, BandAnalyzer& analyzer,
                                SystemAudio::TapFailed failed, SystemAudio::Analysed analysed)
     : connection_(connection), analyzer_(analyzer), failed_(std::move(failed)),
       analysed_(std::move(analysed))
@@ -174,7 +174,7 @@ bool PulseSystemAudio::canListen() const
     return connection_.state() != PulseAudioConnection::State::unavailable;
 }
 
-std::unique_ptr<SystemAudio::Tap> PulseSystemAudio::startTap(SpectrumAnalyzer& analyzer,
+std::unique_ptr<SystemAudio::Tap> PulseSystemAudio::startTap(BandAnalyzer& analyzer,
                                                              TapFailed failed, Analysed analysed)
 {
     return std::make_unique<SystemAudioTap>(connection_, analyzer, std::move(failed),

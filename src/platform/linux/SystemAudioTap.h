@@ -19,7 +19,7 @@ class SystemAudioTap final : public QObject, public SystemAudio::Tap {
     Q_OBJECT
 
 public:
-    SystemAudioTap(PulseAudioConnection& connection, SpectrumAnalyzer& analyzer,
+    SystemAudioTap(PulseAudioConnection& connection, BandAnalyzer& analyzer,
                    SystemAudio::TapFailed failed, SystemAudio::Analysed analysed);
     ~SystemAudioTap() override;
 
@@ -35,7 +35,7 @@ private:
     static void onStreamState(pa_stream* stream, void* self);
 
     PulseAudioConnection& connection_;
-    SpectrumAnalyzer& analyzer_;
+    BandAnalyzer& analyzer_;
     SystemAudio::TapFailed failed_;
     SystemAudio::Analysed analysed_;
     // Loop thread, under the lock.
@@ -53,7 +53,7 @@ public:
     explicit PulseSystemAudio(PulseAudioConnection& connection);
 
     bool canListen() const override;
-    std::unique_ptr<Tap> startTap(SpectrumAnalyzer& analyzer, TapFailed failed,
+    std::unique_ptr<Tap> startTap(BandAnalyzer& analyzer, TapFailed failed,
                                   Analysed analysed) override;
     void setDefaultOutputChanged(std::function<void()> changed) override;
 

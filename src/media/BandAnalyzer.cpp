@@ -1,4 +1,4 @@
-#include "media/SpectrumAnalyzer.h"
+#include "media/BandAnalyzer.h"
 
 #include <algorithm>
 #include <chrono>
@@ -28,15 +28,14 @@ double steadySeconds()
 
 } // namespace
 
-struct SpectrumAnalyzer::Fft {
+struct BandAnalyzer::Fft {
     kiss_fftr_cfg setup = nullptr;
     std::array<kiss_fft_cpx, binCount + 1> output{};
 };
 
-SpectrumAnalyzer::SpectrumAnalyzer() : SpectrumAnalyzer(&steadySeconds) {}
+BandAnalyzer::BandAnalyzer() : BandAnalyzer(&steadySeconds) {}
 
-SpectrumAnalyzer::SpectrumAnalyzer(MonotonicNow now)
-    : now_(std::move(now)), fft_(std::make_unique<Fft>())
+BandAnalyzer::BandAnalyzer(MonotonicNow now) : now_(std::move(now)), fft_(std::make_unique<Fft>())
 {
     fft_->setup = kiss_fftr_alloc(fftSize, 0, nullptr, nullptr);
     // A few kilobytes that cannot be had: nothing sensible is left to do.
@@ -47,12 +46,12 @@ SpectrumAnalyzer::SpectrumAnalyzer(MonotonicNow now)
     configure(0);
 }
 
-SpectrumAnalyzer::~SpectrumAnalyzer()
+BandAnalyzer::~BandAnalyzer()
 {
     kiss_fftr_free(fft_->setup);
 }
 
-void SpectrumAnalyzer::configure(double sampleRate)
+void BandAnalyzer::configure(double sampleRate)
 {
     const double rate = std::isfinite(sampleRate) && sampleRate > 0 ? sampleRate : 48000;
     const double binHz = rate / fftSize;
@@ -73,17 +72,17 @@ void SpectrumAnalyzer::configure(double sampleRate)
         bandBoost_[b] = float(3 * std::log2(edgeHz(b + 0.5) / tiltCentreHz));
 }
 
-const std::array<int, 25>& SpectrumAnalyzer::bandEdges() const
+const std::array<int, 25>& BandAnalyzer::bandEdges() const
 {
     return bandEdges_;
 }
 
-const std::array<float, 24>& SpectrumAnalyzer::bandBoost() const
+const std::array<float, 24>& BandAnalyzer::bandBoost() const
 {
     return bandBoost_;
 }
 
-void SpectrumAnalyzer::process(const float* samples, std::size_t frames, int channels)
+void BandAnalyzer::process(const float* samples, std::size_t frames, int channels)
 {
     if (!samples)
         return;
@@ -100,7 +99,7 @@ void SpectrumAnalyzer::process(const float* samples, std::size_t frames, int cha
     }
 }
 
-void SpectrumAnalyzer::analyze()
+void BandAnalyzer::analyze()
 {
     double power = 0;
     for (float sample : samples_)
@@ -152,7 +151,7 @@ void SpectrumAnalyzer::analyze()
     lastUpdate_ = now;
 }
 
-std::vector<float> SpectrumAnalyzer::levels(int count) const
+std::vector<float> BandAnalyzer::levels(int count) const
 {
     std::array<float, bandCount> copy;
     double lastUpdate;
@@ -168,13 +167,13 @@ std::vector<float> SpectrumAnalyzer::levels(int count) const
     return levelsForBars(copy, count);
 }
 
-bool SpectrumAnalyzer::heardSound() const
+bool BandAnalyzer::heardSound() const
 {
     std::lock_guard guard(lock_);
     return heardSound_;
 }
 
-bool SpectrumAnalyzer::takeChange(float step)
+bool BandAnalyzer::takeChange(float step)
 {
     std::lock_guard guard(lock_);
     bool changed = heardSound_ != heardWhenTaken_;
@@ -187,7 +186,7 @@ bool SpectrumAnalyzer::takeChange(float step)
     return changed;
 }
 
-void SpectrumAnalyzer::reset()
+void BandAnalyzer::reset()
 {
     filled_ = 0;
     peakDB_ = 0;

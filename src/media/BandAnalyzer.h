@@ -15,7 +15,7 @@ namespace navro {
 // lock, the published levels; levels() and heardSound() are read from any thread. configure()
 // and reset() are for while no capture feeds the analyser. Every buffer is allocated here, so
 // the audio path never allocates.
-class SpectrumAnalyzer {
+class BandAnalyzer {
 public:
     static constexpr int bandCount = 24;
     static constexpr int fftSize = 1024;
@@ -23,11 +23,11 @@ public:
     // Seconds on a clock that only moves forward, for how fresh the levels are.
     using MonotonicNow = std::function<double()>;
 
-    SpectrumAnalyzer(); // configured for 48000 Hz, on the steady clock
-    explicit SpectrumAnalyzer(MonotonicNow now);
-    ~SpectrumAnalyzer();
-    SpectrumAnalyzer(const SpectrumAnalyzer&) = delete;
-    SpectrumAnalyzer& operator=(const SpectrumAnalyzer&) = delete;
+    BandAnalyzer(); // configured for 48000 Hz, on the steady clock
+    explicit BandAnalyzer(MonotonicNow now);
+    ~BandAnalyzer();
+    BandAnalyzer(const BandAnalyzer&) = delete;
+    BandAnalyzer& operator=(const BandAnalyzer&) = delete;
 
     // Lays out the bands for `sampleRate` (48000 when it is not a number above 0).
     void configure(double sampleRate);

@@ -1,4 +1,4 @@
-#include "media/SpectrumAnalyzer.h"
+#include "media/BandAnalyzer.h"
 
 #include <benchmark/benchmark.h>
 #include <cmath>
@@ -22,7 +22,7 @@ static void BM_AnalyseOneSecondOfStereo(benchmark::State& state)
         second[2 * i] = float(value);
         second[2 * i + 1] = float(value * 0.8);
     }
-    navro::SpectrumAnalyzer analyzer;
+    navro::BandAnalyzer analyzer;
     for (auto _ : state) {
         for (int start = 0; start < rate; start += piece)
             analyzer.process(second.data() + 2 * start, piece, 2);

@@ -1,4 +1,4 @@
-#include "media/SpectrumAnalyzer.h"
+#include "media/BandAnalyzer.h"
 
 #include <algorithm>
 #include <cmath>
@@ -22,7 +22,7 @@ std::vector<float> sine(double hz, double rate, std::size_t frames, int channels
     return out;
 }
 
-void feedSilence(SpectrumAnalyzer& analyzer, std::size_t frames)
+void feedSilence(BandAnalyzer& analyzer, std::size_t frames)
 {
     const std::vector<float> zeros(frames, 0.0f);
     analyzer.process(zeros.data(), frames, 1);
@@ -30,7 +30,7 @@ void feedSilence(SpectrumAnalyzer& analyzer, std::size_t frames)
 
 struct Fixture : ::testing::Test {
     double now = 100;
-    SpectrumAnalyzer analyzer{[this] { return now; }};
+    BandAnalyzer analyzer{[this] { return now; }};
 
     void feed(const std::vector<float>& samples, int channels = 1)
     {
@@ -43,23 +43,23 @@ struct Fixture : ::testing::Test {
     }
 };
 
-int bandHolding(const SpectrumAnalyzer& analyzer, double hz, double rate)
+int bandHolding(const BandAnalyzer& analyzer, double hz, double rate)
 {
-    const int bin = int(hz / (rate / SpectrumAnalyzer::fftSize));
+    const int bin = int(hz / (rate / BandAnalyzer::fftSize));
     const auto& edges = analyzer.bandEdges();
-    for (int b = 0; b < SpectrumAnalyzer::bandCount; ++b)
+    for (int b = 0; b < BandAnalyzer::bandCount; ++b)
         if (edges[b] <= bin && bin < edges[b + 1])
             return b;
     return -1;
 }
 
-TEST(SpectrumAnalyzerLayout, RatesThatAreNotAboveZeroMeanFortyEightKilohertz)
+TEST(BandAnalyzerLayout, RatesThatAreNotAboveZeroMeanFortyEightKilohertz)
 {
-    SpectrumAnalyzer reference;
+    BandAnalyzer reference;
     reference.configure(48000);
     for (double rate : {0.0, -1.0, -44100.0, std::numeric_limits<double>::quiet_NaN(),
                         std::numeric_limits<double>::infinity()}) {
-        SpectrumAnalyzer analyzer;
+        BandAnalyzer analyzer;
         analyzer.configure(44100);
         analyzer.configure(rate);
         EXPECT_EQ(analyzer.bandEdges(), reference.bandEdges()) << rate;
@@ -67,10 +67,10 @@ TEST(SpectrumAnalyzerLayout, RatesThatAreNotAboveZeroMeanFortyEightKilohertz)
     }
 }
 
-TEST(SpectrumAnalyzerLayout, EveryRateGivesOrderedEdgesBelowNyquist)
+TEST(BandAnalyzerLayout, EveryRateGivesOrderedEdgesBelowNyquist)
 {
     for (double rate : {1e-300, 1.0, 10.0, 8000.0, 22050.0, 44100.0, 96000.0, 192000.0, 1e12}) {
-        SpectrumAnalyzer analyzer;
+        BandAnalyzer analyzer;
         analyzer.configure(rate);
         const auto& edges = analyzer.bandEdges();
         EXPECT_GE(edges[0], 1) << rate;
@@ -80,7 +80,7 @@ TEST(SpectrumAnalyzerLayout, EveryRateGivesOrderedEdgesBelowNyquist)
             EXPECT_FALSE(std::isnan(boost)) << rate;
     }
     // At 16 kHz the top stays below Nyquist: 7984 Hz is bin 511 of 15.625 Hz (510 after rounding).
-    SpectrumAnalyzer analyzer;
+    BandAnalyzer analyzer;
     analyzer.configure(16000);
     EXPECT_GE(analyzer.bandEdges()[24], 510);
     EXPECT_LE(analyzer.bandEdges()[24], 511);
@@ -88,9 +88,9 @@ TEST(SpectrumAnalyzerLayout, EveryRateGivesOrderedEdgesBelowNyquist)
 
 // At 48 kHz the low bands collapse to one bin each, and the tilt rises 3 dB an octave through
 // zero near 120 Hz.
-TEST(SpectrumAnalyzerLayout, FortyEightKilohertzBandsAndTilt)
+TEST(BandAnalyzerLayout, FortyEightKilohertzBandsAndTilt)
 {
-    SpectrumAnalyzer analyzer;
+    BandAnalyzer analyzer;
     const auto& edges = analyzer.bandEdges();
     // 45 Hz falls in bin 0, which holds the DC term: the first band starts at bin 1.
     EXPECT_EQ(edges[0], 1);
