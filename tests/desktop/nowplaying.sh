@@ -124,8 +124,9 @@ if [ -n "$first_helper" ]; then
     killed_at=$(desktop_now_ms)
     wait_until 6 "a new watcher" new_helper_running "$first_helper"
     back_after=$(($(desktop_now_ms) - killed_at))
+    # A wait of seconds may end up to 5 % early: such timers let the system group wake-ups.
     check "the watcher is back after 3 to 4 s (took $back_after ms)" \
-        [ "$back_after" -ge 2900 -a "$back_after" -le 4500 ]
+        [ "$back_after" -ge 2850 -a "$back_after" -le 4500 ]
     check "the track is still known" now_playing_field_is title "Second Song"
 fi
 

@@ -40,6 +40,12 @@ xrandr --output screen --mode 1920x1080 || finish
 navro_call Open true
 check "back on the wide screen the notch opens" \
     drawn 10 "$SHOTS/wide-open.png" $SCREEN_MIDDLE 66 000000
-wide=$(dark_run "$SHOTS/wide-open.png" 66 $((SCREEN_MIDDLE - 300)))
-check "at its full width again (measured $wide)" [ "$wide" -ge 680 -a "$wide" -le 692 ]
+# A loaded machine can hold a frame of the opening still for longer than the settling wait, so
+# the width is watched until it is right.
+at_full_width() {
+    screenshot "$SHOTS/wide-open.png" &&
+        wide=$(dark_run "$SHOTS/wide-open.png" 66 $((SCREEN_MIDDLE - 300))) &&
+        [ "$wide" -ge 680 -a "$wide" -le 692 ]
+}
+check "at its full width again, 680 to 692 pixels" wait_until 5 "the full width" at_full_width
 finish
