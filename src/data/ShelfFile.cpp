@@ -88,7 +88,8 @@ private:
         return std::nullopt;
     }
 
-    // The id given when it is a UUID not seen before, else a new one.
+    // The id given when it is a UUID not seen before, else a new one that is not seen either: a
+    // file can hold any id, even the next one the generator gives.
     std::optional<std::string> readID(const QJsonObject& object)
     {
         std::optional<std::string> id;
@@ -99,8 +100,9 @@ private:
             id = canonicalUuid(value.toString().toStdString());
         }
         if (!id || !ids_.insert(*id).second) {
-            id = newID_();
-            ids_.insert(*id);
+            do
+                id = newID_();
+            while (!ids_.insert(*id).second);
         }
         return id;
     }

@@ -103,6 +103,12 @@ TEST(ShelfFile, IdsThatAreNoUuidOrRepeatGetNewOnes)
     EXPECT_EQ(section.items[0].id, "00000000-0000-4000-8000-000000000001");
     EXPECT_EQ(section.items[1].id, "E621E1F8-C36C-495A-93FC-0C247A3E6E5E");
     EXPECT_EQ(section.items[2].id, "00000000-0000-4000-8000-000000000002");
+
+    // A new id is never one the file already uses, even where that is the generator's next.
+    const auto taken = decode(R"({"sections":[{"id":"00000000-0000-4000-8000-000000000001",)"
+                              R"("items":[{"path":"/a"}]}]})");
+    ASSERT_TRUE(taken.sections) << taken.error;
+    EXPECT_EQ((*taken.sections)[0].items[0].id, "00000000-0000-4000-8000-000000000002");
 }
 
 TEST(ShelfFile, WrongTypesAndBrokenJsonFailTheWholeFile)
